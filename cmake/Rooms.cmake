@@ -1,0 +1,27 @@
+# Flags that every target shares, and the one way in which a room is made.
+
+add_library(harbrix_flags INTERFACE)
+target_compile_options(harbrix_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Werror -Wnon-virtual-dtor -Woverloaded-virtual -Wsuggest-override
+  -fdiagnostics-color=auto)
+target_compile_definitions(harbrix_flags INTERFACE
+  HARBRIX_VERSION="${PROJECT_VERSION}" QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
+  QT_NO_CAST_FROM_BYTEARRAY)
+if(HARBRIX_SANITIZERS)
+  target_compile_options(harbrix_flags INTERFACE
+    -fsanitize=${HARBRIX_SANITIZERS} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+  target_link_options(harbrix_flags INTERFACE -fsanitize=${HARBRIX_SANITIZERS})
+endif()
+
+# harbrix_room(name LINKS targets... [PCH header]): a static library of all sources in the current
+# folder. Its link list is the rule for what it may include: a room sees the rooms it links, no others.
+function(harbrix_room name)
+  cmake_parse_arguments(ROOM "" "" "LINKS" ${ARGN})
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS *.cpp *.h)
+  add_library(${name} STATIC ${sources})
+  target_link_libraries(${name} PUBLIC harbrix_flags ${ROOM_LINKS})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  if(NOT name STREQUAL base)
+    target_precompile_headers(${name} REUSE_FROM base)
+  endif()
+endfunction()
