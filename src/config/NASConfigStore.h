@@ -1,0 +1,50 @@
+#pragma once
+
+#include "config/NASConfig.h"
+#include "platform/SystemLog.h"
+
+#include <QObject>
+
+namespace harbrix {
+
+class AppStateManager;
+class KeychainManager;
+class UserDefaults;
+
+/// The list of all records, kept in the user defaults, and the one writer of that list. Keeps the
+/// statuses of AppStateManager in step. Main thread.
+class NASConfigStore : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr auto userDefaultsKey = "com.harbrix.configs";
+
+    /// Loads the list, so that the first reader sees it complete and the statuses seeded.
+    NASConfigStore(UserDefaults& userDefaults, AppStateManager& appState,
+                   KeychainManager& keychain);
+
+    [[nodiscard]] const std::vector<NASConfig>& configs() const { return m_configs; }
+    [[nodiscard]] std::vector<NASConfig> enabledConfigs() const;
+    [[nodiscard]] std::optional<NASConfig> config(const QUuid& id) const;
+
+    void add(const NASConfig& config);
+    void update(const NASConfig& config);
+    /// Removes the record and, on a worker, its stored password. Does not unmount.
+    void remove(const QUuid& id);
+
+signals:
+    /// The list has changed and is saved.
+    void changed();
+
+private:
+    void load();
+    void save();
+
+    UserDefaults& m_userDefaults;
+    AppStateManager& m_appState;
+    KeychainManager& m_keychain;
+    SystemLog m_logger;
+    std::vector<NASConfig> m_configs;
+};
+
+} // namespace harbrix

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "base/Result.h"
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QHash>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+#include <shared_mutex>
+#include <variant>
+
+namespace harbrix {
+
+/// The user's settings: one typed JSON file, mode 0600, replaced atomically at each change. A value
+/// keeps the type that it was stored with, and a reader that asks for another type gets nothing,
+/// just as for an absent key; each reader applies its own default then.
+///
+/// Thread-safe. There is no reload: changes made to the file by others are not noticed.
+class UserDefaults : public QObject {
+    Q_OBJECT
+
+public:
+    using Value = std::variant<bool, qint64, double, QString, QStringList, QByteArray, QDateTime>;
+
+    /// Reads the file. A missing file is an empty store; a damaged one is set aside beside the file
+    /// (suffix ".damaged"), so that nothing is lost, and counts as empty.
+    explicit UserDefaults(QString filePath);
+    ~UserDefaults() override;
+
+    [[nodiscard]] std::optional<bool> boolean(const QString& key) const;
+    /// A number without a fraction also when it was stored as a double.
+    [[nodiscard]] std::optional<qint64> integer(const QString& key) const;
+    /// A number, also when it was stored as an integer.
+    [[nodiscard]] std::optional<double> number(const QString& key) const;
+    [[nodiscard]] std::optional<QString> text(const QString& key) const;
+    [[nodiscard]] std::optional<QStringList> list(const QString& key) const;
+    [[nodiscard]] std::optional<QByteArray> data(const QString& key) const;
+    [[nodiscard]] std::optional<QDateTime> date(const QString& key) const;
+    [[nodiscard]] std::optional<Value> value(const QString& key) const;
+    [[nodiscard]] QStringList keys() const;
+
+    /// Stores the value and writes the file before it returns. A file that cannot be written keeps
+    /// the value in memory; lastWriteError() tells why.
+    void set(const QString& key, Value value);
+    void remove(const QString& key);
+
+    [[nodiscard]] const QString& filePath() const { return m_filePath; }
+    /// What kept the file from being read or set aside at creation, if anything did.
+    [[nodiscard]] std::optional<SystemError> loadError() const { return m_loadError; }
+    [[nodiscard]] std::optional<SystemError> lastWriteError() const;
+
+signals:
+    /// After a key was set or removed, on the thread that did it.
+    void changed(const QString& key);
+
+private:
+    void load();
+    void save();
+
+    QString m_filePath;
+    mutable std::shared_mutex m_mutex;
+    QHash<QString, Value> m_values;
+    std::optional<SystemError> m_loadError;
+    std::optional<SystemError> m_writeError;
+};
+
+} // namespace harbrix

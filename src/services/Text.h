@@ -1,0 +1,33 @@
+#pragma once
+
+#include "services/TextCatalogue.h"
+
+#include <QString>
+
+namespace harbrix {
+
+/// A key of the catalogue. A text that is no key does not compile.
+class TextKey {
+public:
+    consteval TextKey(const char* key) : m_entry(findCatalogueEntry(key)) {}
+    [[nodiscard]] const CatalogueEntry& entry() const { return *m_entry; }
+
+private:
+    const CatalogueEntry* m_entry;
+};
+
+/// The text of the key in the language in force: the translation of the table for that language,
+/// else the default text. Main thread.
+[[nodiscard]] QString text(TextKey key);
+/// The same for the few places whose default text differs from the catalogue's.
+[[nodiscard]] QString text(TextKey key, const QString& defaultText);
+
+/// The text of the key as a format, its placeholders ("%@", "%1$@", "%lld") filled in order.
+[[nodiscard]] QString formatted(TextKey key, const QStringList& arguments);
+/// Fills the placeholders of a format. A percent sign in an argument stays as it is.
+[[nodiscard]] QString fillPlaceholders(const QString& format, const QStringList& arguments);
+
+/// A fixed text that is its own key ("Loading...").
+[[nodiscard]] QString literalText(const char* text);
+
+} // namespace harbrix
