@@ -1,4 +1,5 @@
 #include "mount/MountEngine.h"
+#include "mount/MountPoint.h"
 #include "services/Text.h"
 
 namespace harbrix {
