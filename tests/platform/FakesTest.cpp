@@ -1,4 +1,5 @@
 #include "base/ManualScheduler.h"
+#include "fakes/FakeMachineEvents.h"
 #include "fakes/InMemorySecretStore.h"
 #include "fakes/ScriptedFileSystem.h"
 #include "fakes/ScriptedProcessLauncher.h"
