@@ -1,0 +1,121 @@
+#include "common/FuseSession.h"
+
+#include "common/Unmount.h"
+
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+
+namespace harbrix {
+
+namespace {
+
+// A comma or backslash in a value would end it, or worse, begin another option.
+std::string escaped(std::string_view value) {
+    std::string text;
+    for (char c : value) {
+        if (c == ',' || c == '\\')
+            text += '\\';
+        text += c;
+    }
+    return text;
+}
+
+std::string optionText(const FuseMount& mount) {
+    std::string text =
+        "fsname=" + escaped(mount.fsName) + ",subtype=" + escaped(mount.subtype) + ",nosuid,nodev";
+    if (mount.access == MountAccess::readOnly)
+        text += ",ro";
+    for (const std::string& option : mount.options)
+        text += "," + escaped(option);
+    return text;
+}
+
+// libfuse tells why something failed only through its log.
+thread_local std::string lastLogLine;
+
+void keepLogLine(fuse_log_level, const char* format, va_list arguments) {
+    char line[512];
+    std::vsnprintf(line, sizeof line, format, arguments);
+    lastLogLine = line;
+    while (lastLogLine.ends_with('\n'))
+        lastLogLine.pop_back();
+}
+
+std::string withReason(std::string text) {
+    if (!lastLogLine.empty())
+        text += " (" + lastLogLine + ")";
+    return text;
+}
+
+FileDescriptor blockEndSignals() {
+    sigset_t signals;
+    ::sigemptyset(&signals);
+    for (int signal : {SIGTERM, SIGINT, SIGHUP})
+        ::sigaddset(&signals, signal);
+    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    return FileDescriptor(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
+}
+
+} // namespace
+
+std::expected<std::unique_ptr<FuseSession>, std::string>
+FuseSession::mount(const FuseMount& mount, const fuse_lowlevel_ops& operations, void* userData) {
+    fuse_set_log_func(keepLogLine);
+    std::unique_ptr<FuseSession> session(new FuseSession);
+    session->m_endSignals = blockEndSignals();
+    std::string program = mount.subtype;
+    std::string dashO = "-o";
+    std::string options = optionText(mount);
+    char* argv[] = {program.data(), dashO.data(), options.data(), nullptr};
+    fuse_args arguments = FUSE_ARGS_INIT(3, argv);
+    session->m_session = fuse_session_new(&arguments, &operations, sizeof operations, userData);
+    fuse_opt_free_args(&arguments);
+    if (!session->m_session)
+        return std::unexpected(withReason("the FUSE session cannot be set up"));
+    if (fuse_session_mount(session->m_session, mount.mountPoint.c_str()) != 0)
+        return std::unexpected(withReason(mount.mountPoint + ": FUSE refused the mount"));
+    session->m_isMounted = true;
+    const MountTable table = MountTable::read();
+    if (const MountEntry* entry = table.at(mount.mountPoint)) {
+        session->m_entry = *entry;
+        session->m_claim = MountClaim::take(*entry);
+    }
+    return session;
+}
+
+FuseSession::~FuseSession() {
+    unmount();
+    if (m_session)
+        fuse_session_destroy(m_session);
+}
+
+bool FuseSession::serveOne(fuse_buf& buffer) {
+    const int count = fuse_session_receive_buf(m_session, &buffer);
+    if (count == -EINTR || count == -EAGAIN)
+        return true;
+    if (count <= 0)
+        return false;
+    fuse_session_process_buf(m_session, &buffer);
+    return true;
+}
+
+int FuseSession::fd() const {
+    return fuse_session_fd(m_session);
+}
+
+void FuseSession::unmount() {
+    if (!m_isMounted || m_isDetached.exchange(true))
+        return;
+    // Only the mount of this session: another one may have come to the same place since.
+    const MountTable table = MountTable::read();
+    const MountEntry* entry = table.at(m_entry.mountPoint);
+    if (entry && entry->deviceMinor == m_entry.deviceMinor && entry->isFuse())
+        (void) detachMount(*entry, DetachMode::lazily);
+}
+
+} // namespace harbrix
