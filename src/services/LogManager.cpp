@@ -2,17 +2,16 @@
 
 #include "base/Json.h"
 #include "base/Utf8.h"
+#include "platform/AtomicFile.h"
 #include "platform/UserDefaults.h"
 #include "services/LogFile.h"
 #include "services/LogLine.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QTemporaryFile>
 
 #include <array>
 #include <atomic>
-#include <filesystem>
 
 namespace harbrix {
 namespace {
@@ -95,10 +94,8 @@ void LogManager::setDebugMode(bool on) {
 
 QString LogManager::combinedLogText() const {
     const auto read = [](const QString& path) -> std::optional<QString> {
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly))
-            return std::nullopt;
-        return decodeUtf8(file.readAll());
+        const auto bytes = readFile(path);
+        return bytes ? decodeUtf8(*bytes) : std::nullopt;
     };
     QString combined;
     if (const auto older = read(m_file->rotatedPath()))
@@ -116,20 +113,11 @@ std::optional<QUrl> LogManager::exportLogsToFile() {
         iso8601Text(QDateTime::currentDateTime()).replace(QLatin1Char(':'), QLatin1Char('-'));
     const QString path =
         m_temporaryDirectory + QStringLiteral("/Harbrix-Logs-") + stamp + QStringLiteral(".log");
-    const auto fail = [](const QString& reason) {
-        harbrix::log(LogLevel::error, QStringLiteral("Failed to export logs: ") + reason);
+    if (const auto written = replaceFile(path, combined.toUtf8()); !written) {
+        log(LogLevel::error,
+            QStringLiteral("Failed to export logs: ") + written.error().description);
         return std::nullopt;
-    };
-    // The temporary directory is everybody's: a rename replaces a link that somebody laid at this
-    // foreseeable name, where writing would follow it.
-    QTemporaryFile file(m_temporaryDirectory + QStringLiteral("/Harbrix-Logs-XXXXXX"));
-    if (!file.open() || file.write(combined.toUtf8()) < 0 || !file.flush())
-        return fail(file.errorString());
-    std::error_code error;
-    std::filesystem::rename(file.fileName().toStdString(), path.toStdString(), error);
-    if (error)
-        return fail(QString::fromStdString(error.message()));
-    file.setAutoRemove(false);
+    }
     return QUrl::fromLocalFile(path);
 }
 

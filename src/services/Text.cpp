@@ -59,7 +59,7 @@ QString fillPlaceholders(const QString& format, const QStringList& arguments) {
             match.hasCaptured(u"position") ? match.capturedView(u"position").toInt() - 1 : next++;
         filled += index < arguments.size() ? arguments.at(index) : match.captured();
     }
-    return filled + QStringView(format).mid(done);
+    return filled += QStringView(format).mid(done);
 }
 
 void useTranslations(const QLocale& locale, const QString& directory) {
