@@ -1,6 +1,5 @@
 #include <QCoreApplication>
 #include <QStandardPaths>
-
 #include <gtest/gtest.h>
 
 // Every test program has an event loop at hand and keeps its hands off the user's own files.
