@@ -97,9 +97,4 @@ private:
 /// What a failed tool has to say: its standard error, trimmed, or else its standard output.
 [[nodiscard]] QString toolMessage(const MountEngine::ProcessResult& result);
 
-/// The file URL of a mount point, marked as a directory.
-[[nodiscard]] QUrl directoryUrl(const QString& path);
-/// The path of such a URL, without the slash that marks it.
-[[nodiscard]] QString directoryPath(const QUrl& url);
-
 } // namespace harbrix

@@ -3,6 +3,7 @@
 #include "core/AppStateManager.h"
 #include "credentials/KeychainManager.h"
 #include "mount/MountEngine.h"
+#include "mount/MountPoint.h"
 
 namespace harbrix {
 

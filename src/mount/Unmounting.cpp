@@ -1,5 +1,6 @@
 #include "base/Worker.h"
 #include "mount/MountEngine.h"
+#include "mount/MountPoint.h"
 #include "platform/FileSystem.h"
 
 namespace harbrix {
