@@ -9,13 +9,11 @@
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
-namespace {
-// The resource lives in a static library, from which nothing else would pull it in. The macro has
-// to stand outside of any namespace.
-void loadResources() {
+// The resource lives in a static library, from which nothing else would pull it in. The macro has to
+// stand outside of any namespace, an unnamed one included.
+static void loadResources() {
     Q_INIT_RESOURCE(ui);
 }
-} // namespace
 
 namespace harbrix {
 namespace {
@@ -89,7 +87,7 @@ QIcon symbolIcon(const QString& name, Tint tint) {
 }
 
 QIcon applicationIcon() {
-    [[maybe_unused]] static const bool loaded = (loadResources(), true);
+    ensureResources();
     const QString name = QStringLiteral("com.harbrix.app");
     return QIcon::fromTheme(name, QIcon(QStringLiteral(":/icons/%1.svg").arg(name)));
 }
