@@ -45,6 +45,10 @@ public:
     /// False once the mount is gone. Any thread; each passes a buffer of its own, zeroed before the
     /// first use, and frees `mem` in the end.
     [[nodiscard]] bool serveOne(fuse_buf& buffer);
+    /// The two halves of serveOne(), for a pool that counts its idle threads: what a false of the
+    /// first means is the same; `hasRequest` tells whether there is something to process.
+    [[nodiscard]] bool receive(fuse_buf& buffer, bool& hasRequest);
+    void process(const fuse_buf& buffer);
 
     [[nodiscard]] int fd() const;
     [[nodiscard]] fuse_session* handle() const { return m_session; }
@@ -55,6 +59,8 @@ public:
     /// Takes the mount off, lazily. The other threads' serveOne() returns false as soon as nobody
     /// uses the mount any more. Any thread; once is enough.
     void unmount();
+    /// For a process that ends without destructors: removes what tells that it serves this mount.
+    void giveBackClaim() { m_claim = MountClaim(); }
 
 private:
     FuseSession() = default;

@@ -49,45 +49,48 @@ QColor statusItemTint(MenuBarIconState state) {
 MenuBarController::MenuBarController(const Environment& environment, WindowScenes& scenes,
                                      Scheduler& scheduler, QDBusConnection sessionBus)
     : m_environment(environment), m_scenes(scenes), m_scheduler(scheduler),
-      m_host(std::move(sessionBus)), m_menu(std::make_unique<StatusMenu>()) {
-    connect(m_menu.get(), &StatusMenu::commandChosen, this, &MenuBarController::choose);
-    connect(m_menu.get(), &QMenu::aboutToShow, this, &MenuBarController::menuWillOpen);
-    connect(m_menu.get(), &QMenu::aboutToHide, this, [this] {
-        m_menuIsOpen = false;
-        m_hostTellsClosing = true;
-        scheduleRebuild();
-    });
+      m_host(std::move(sessionBus)) {
     connect(&environment.appState, &AppStateManager::changed, this,
             &MenuBarController::scheduleRebuild);
     connect(&environment.configStore, &NASConfigStore::changed, this,
             &MenuBarController::scheduleRebuild);
-    connect(&environment.languageManager, &LanguageManager::localeChanged, this,
-            &MenuBarController::setupStatusItem);
+    connect(&environment.languageManager, &LanguageManager::localeChanged, this, [this] {
+        if (m_statusItem)
+            m_statusItem->setToolTip(text("menubar.icon.accessibility"));
+        scheduleRebuild();
+    });
 }
 
 MenuBarController::~MenuBarController() = default;
 
 void MenuBarController::setupStatusItem() {
-    // The menu stands before the item is made: a host may never ask for it again.
-    rebuild();
-    if (m_statusItem || m_host.isAvailable())
-        followHost(m_host.isAvailable());
-    connect(&m_host, &TrayHost::availabilityChanged, this, &MenuBarController::followHost,
+    connect(&m_host, &TrayHost::availabilityChanged, this, &MenuBarController::setupStatusItem,
             Qt::UniqueConnection);
-}
-
-void MenuBarController::followHost(bool available) {
     m_statusItem.reset();
-    m_menuIsOpen = false;
-    m_hostTellsClosing = false;
-    if (!available)
+    m_menu.reset();
+    if (!m_host.isAvailable())
         return;
-    rebuild();
+    m_menu = makeMenu();
+    rebuild(); // before the item is made: some hosts ask for the menu once only
     m_statusItem = std::make_unique<QSystemTrayIcon>();
     m_statusItem->setToolTip(text("menubar.icon.accessibility"));
     setTint(m_environment.appState.menuBarIconState());
     m_statusItem->setContextMenu(m_menu.get());
     m_statusItem->show();
+}
+
+std::unique_ptr<StatusMenu> MenuBarController::makeMenu() {
+    auto menu = std::make_unique<StatusMenu>();
+    m_menuIsOpen = false;
+    m_hostTellsClosing = false;
+    connect(menu.get(), &StatusMenu::commandChosen, this, &MenuBarController::choose);
+    connect(menu.get(), &QMenu::aboutToShow, this, &MenuBarController::menuWillOpen);
+    connect(menu.get(), &QMenu::aboutToHide, this, [this] {
+        m_menuIsOpen = false;
+        m_hostTellsClosing = true;
+        scheduleRebuild();
+    });
+    return menu;
 }
 
 void MenuBarController::observeMenuBarIconState() {
@@ -170,6 +173,8 @@ void MenuBarController::scheduleRebuild() {
 }
 
 void MenuBarController::rebuild() {
+    if (!m_menu)
+        return;
     m_menu->setContent(menuContent(m_environment.configStore.configs(),
                                    m_environment.appState.nasStatuses()));
 }

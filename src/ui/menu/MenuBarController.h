@@ -48,7 +48,7 @@ signals:
     void quitRequested();
 
 private:
-    void followHost(bool available);
+    [[nodiscard]] std::unique_ptr<StatusMenu> makeMenu();
     void choose(MenuCommand command);
     void setTint(MenuBarIconState state);
     void menuWillOpen();

@@ -18,31 +18,25 @@ StatusMenu::StatusMenu(QWidget* parent) : QMenu(parent) {
 }
 
 void StatusMenu::setContent(const std::vector<MenuEntry>& content) {
-    for (const MenuEntry& entry : content) {
-        if (isRow(entry))
-            continue;
-        if (entry.kind == MenuEntry::Kind::separator) {
-            if (m_commands.empty() || !m_end)
-                m_end = m_end ? m_end : addSeparator();
-            continue;
-        }
-        if (const auto known = m_commands.find(entry.command); known != m_commands.end())
-            known->second->setText(hostTitle(entry.title));
-    }
-    if (m_commands.empty()) {
-        bool first = true;
-        for (const MenuEntry& entry : content) {
-            if (entry.kind == MenuEntry::Kind::command)
-                appendCommand(entry);
-            else if (entry.kind == MenuEntry::Kind::separator && !std::exchange(first, false))
-                addSeparator();
-        }
-    }
+    if (m_commands.empty())
+        appendTail({std::ranges::find_if_not(content, isRow), content.end()});
+    for (const MenuEntry& entry : content)
+        if (entry.kind == MenuEntry::Kind::command)
+            m_commands.at(entry.command)->setText(hostTitle(entry.title));
     setRows(content);
 }
 
+void StatusMenu::appendTail(std::span<const MenuEntry> tail) {
+    for (const MenuEntry& entry : tail) {
+        QAction* action = entry.kind == MenuEntry::Kind::separator ? addSeparator()
+                                                                   : appendCommand(entry);
+        if (!m_end)
+            m_end = action;
+    }
+}
+
 QAction* StatusMenu::appendCommand(const MenuEntry& entry) {
-    QAction* action = addAction(hostTitle(entry.title));
+    QAction* action = addAction(QString());
     if (!entry.keyEquivalent.isEmpty())
         action->setShortcut(QKeySequence(QStringLiteral("Ctrl+") + entry.keyEquivalent.toUpper()));
     connect(action, &QAction::triggered, this,

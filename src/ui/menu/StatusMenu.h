@@ -5,6 +5,7 @@
 #include <QMenu>
 
 #include <map>
+#include <span>
 
 namespace harbrix {
 
@@ -22,6 +23,7 @@ signals:
     void commandChosen(harbrix::MenuCommand command);
 
 private:
+    void appendTail(std::span<const MenuEntry> tail);
     void setRows(const std::vector<MenuEntry>& content);
     QAction* appendCommand(const MenuEntry& entry);
 

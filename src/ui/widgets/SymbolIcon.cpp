@@ -9,8 +9,8 @@
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
-// The resource lives in a static library, from which nothing else would pull it in. The macro has to
-// stand outside of any namespace, an unnamed one included.
+// The resource lives in a static library, from which nothing else would pull it in. The macro has
+// to stand outside of any namespace, an unnamed one included.
 static void loadResources() {
     Q_INIT_RESOURCE(ui);
 }
@@ -66,8 +66,7 @@ public:
 
 private:
     [[nodiscard]] QColor colorFor(QIcon::Mode mode) const {
-        return color(mode == QIcon::Disabled ? Tint::tertiary : m_tint,
-                     QGuiApplication::palette());
+        return color(mode == QIcon::Disabled ? Tint::tertiary : m_tint, QGuiApplication::palette());
     }
 
     QString m_name;
@@ -87,7 +86,7 @@ QIcon symbolIcon(const QString& name, Tint tint) {
 }
 
 QIcon applicationIcon() {
-    ensureResources();
+    [[maybe_unused]] static const bool loaded = (loadResources(), true);
     const QString name = QStringLiteral("com.harbrix.app");
     return QIcon::fromTheme(name, QIcon(QStringLiteral(":/icons/%1.svg").arg(name)));
 }
@@ -106,8 +105,8 @@ void SymbolView::setSymbol(const QString& name, Tint tint) {
 
 void SymbolView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.drawPixmap(
-        0, 0, symbolPixmap(m_name, m_size, color(m_tint, palette()), devicePixelRatioF()));
+    painter.drawPixmap(0, 0,
+                       symbolPixmap(m_name, m_size, color(m_tint, palette()), devicePixelRatioF()));
 }
 
 } // namespace harbrix

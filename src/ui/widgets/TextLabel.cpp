@@ -49,9 +49,9 @@ void TextLabel::paintEvent(QPaintEvent* event) {
     setToolTip(shown == text() ? QString() : text());
     QPainter painter(this);
     painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawText(rect(), int(alignment() & Qt::AlignHorizontal_Mask) | Qt::AlignVCenter |
-                                 Qt::TextSingleLine,
-                     shown);
+    painter.drawText(
+        rect(), int(alignment() & Qt::AlignHorizontal_Mask) | Qt::AlignVCenter | Qt::TextSingleLine,
+        shown);
 }
 
 } // namespace harbrix
