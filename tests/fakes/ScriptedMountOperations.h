@@ -31,6 +31,7 @@ public:
     explicit ScriptedMountOperations(Scheduler& scheduler) : m_scheduler(scheduler) {}
 
     std::function<Plan(const NASConfig&)> planMount = [](const NASConfig&) { return Plan{}; };
+    std::function<Plan(const NASConfig&)> planPing = [](const NASConfig&) { return Plan{}; };
     std::function<Plan(const QString& path)> planUnmount = [](const QString&) { return Plan{}; };
     std::function<Seconds(const QString& path)> planLook = [](const QString&) {
         return Seconds(0);
@@ -64,7 +65,14 @@ public:
         volumes.erase(path);
         co_return Result<void>();
     }
-    Task<Result<Seconds>> ping(NASConfig) override { co_return Seconds(0.001); }
+    Task<Result<Seconds>> ping(NASConfig config) override {
+        const Plan plan = planPing(config);
+        auto wait = take(plan.duration);
+        co_await wait;
+        if (plan.error)
+            co_return std::unexpected(*plan.error);
+        co_return Seconds(0.001);
+    }
     [[nodiscard]] QString resolveMountPoint(const NASConfig& config) const override {
         return mountPointPath(config, QStringLiteral("/home/ann"));
     }

@@ -25,9 +25,10 @@ NetworkBindingSection::NetworkBindingSection(const NetworkMonitor& network, QWid
     : FormSection(parent), m_network(network),
       m_strategy(makePicker<NetworkBindingStrategy>("bindingStrategy")),
       m_networkIPRange(makeField("networkIPRange")), m_newSSID(makeField("newSSID")),
-      m_strategyRow(addRow(m_strategy)), m_rangeRow(addRow(m_networkIPRange)),
-      m_range(buildRange()), m_names(buildNetworkNames()) {
+      m_strategyRow(addRow(m_strategy)), m_rangeRow(addRow(m_networkIPRange)) {
+    m_range = buildRange();
     addContent(m_range);
+    m_names = buildNetworkNames();
     addContent(m_names);
     m_hint = addNote();
     connect(m_strategy, &QComboBox::currentIndexChanged, this,

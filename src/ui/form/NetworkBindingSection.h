@@ -41,15 +41,15 @@ private:
     QLineEdit* m_newSSID;
     FormRow* m_strategyRow;
     FormRow* m_rangeRow;
-    QWidget* m_range;
+    QWidget* m_range = nullptr;
     TextLabel* m_currentNetwork = nullptr;
     QPushButton* m_presetCurrentNetwork = nullptr;
     QPushButton* m_presetAllNetworks = nullptr;
     QPushButton* m_presetCurrentIP = nullptr;
-    QWidget* m_names;
+    QWidget* m_names = nullptr;
     QVBoxLayout* m_nameRows = nullptr;
     QPushButton* m_addName = nullptr;
-    TextLabel* m_hint;
+    TextLabel* m_hint = nullptr;
 };
 
 } // namespace harbrix

@@ -91,7 +91,6 @@ QWidget* MainWindowView::buildSidebar() {
 
     m_listTitle = new TextLabel(TextRole::caption, Tint::secondary, TextLabel::Lines::One);
     m_listTitle->setContentsMargins(spacing::regular, 0, spacing::regular, 0);
-    m_listTitle->setIndent(spacing::regular);
     m_list = new ShareListView(m_model);
     connect(m_list->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& current) {
