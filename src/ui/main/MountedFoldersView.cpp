@@ -5,10 +5,9 @@
 
 #include <QFontMetrics>
 #include <QPainter>
+#include <QSet>
 #include <QStyle>
 #include <QVBoxLayout>
-
-#include <algorithm>
 
 namespace harbrix {
 namespace {
@@ -153,9 +152,11 @@ MountedFoldersView::MountedFoldersView(QWidget* parent)
 
 void MountedFoldersView::setShares(const std::vector<MountedShare>& shares) {
     // Cards of shares that are gone go first, so that the others keep their places and their focus.
+    QSet<QUuid> wanted;
+    for (const MountedShare& share : shares)
+        wanted.insert(share.id);
     for (std::size_t index = m_cards.size(); index-- > 0;) {
-        const QUuid id = m_cards[index]->share().id;
-        if (std::ranges::find(shares, id, &MountedShare::id) != shares.end())
+        if (wanted.contains(m_cards[index]->share().id))
             continue;
         delete m_grid->takeAt(int(index));
         delete m_cards[index];

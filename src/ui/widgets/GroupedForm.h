@@ -91,10 +91,14 @@ class GroupedForm : public QWidget {
 
 public:
     static constexpr int widest = 680;
+    static constexpr int narrowest = 240;
 
     explicit GroupedForm(QWidget* parent = nullptr);
 
     void addSection(FormSection* section);
+
+    /// Narrower than rows whose labels stand beside: they give way when it comes to that.
+    [[nodiscard]] QSize minimumSizeHint() const override { return {narrowest, 0}; }
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
