@@ -97,7 +97,7 @@ public:
         const auto addresses = resolve(m_arguments.share.host, deadline);
         if (!addresses)
             return std::unexpected(addresses.error());
-        Outcome<void> connected;
+        Outcome<void> connected = std::unexpected(EHOSTUNREACH);
         for (const std::string& address : *addresses) {
             connected = m_link.connectFirst(address, deadline);
             const bool isFinal = connected || connected.error() == EACCES ||
