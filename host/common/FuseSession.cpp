@@ -52,22 +52,28 @@ std::string withReason(std::string text) {
     return text;
 }
 
-FileDescriptor blockEndSignals() {
+sigset_t endSignals() {
     sigset_t signals;
     ::sigemptyset(&signals);
     for (int signal : {SIGTERM, SIGINT, SIGHUP})
         ::sigaddset(&signals, signal);
-    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    return FileDescriptor(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
+    return signals;
 }
 
 } // namespace
+
+void blockEndSignals() {
+    const sigset_t signals = endSignals();
+    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
 
 std::expected<std::unique_ptr<FuseSession>, std::string>
 FuseSession::mount(const FuseMount& mount, const fuse_lowlevel_ops& operations, void* userData) {
     fuse_set_log_func(keepLogLine);
     std::unique_ptr<FuseSession> session(new FuseSession);
-    session->m_endSignals = blockEndSignals();
+    blockEndSignals();
+    const sigset_t signals = endSignals();
+    session->m_endSignals.reset(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
     std::string program = mount.subtype;
     std::string dashO = "-o";
     std::string options = optionText(mount);
@@ -94,13 +100,22 @@ FuseSession::~FuseSession() {
         fuse_session_destroy(m_session);
 }
 
-bool FuseSession::serveOne(fuse_buf& buffer) {
+bool FuseSession::receive(fuse_buf& buffer, bool& hasRequest) {
     const int count = fuse_session_receive_buf(m_session, &buffer);
-    if (count == -EINTR || count == -EAGAIN)
-        return true;
-    if (count <= 0)
-        return false;
+    hasRequest = count > 0;
+    return hasRequest || count == -EINTR || count == -EAGAIN;
+}
+
+void FuseSession::process(const fuse_buf& buffer) {
     fuse_session_process_buf(m_session, &buffer);
+}
+
+bool FuseSession::serveOne(fuse_buf& buffer) {
+    bool hasRequest = false;
+    if (!receive(buffer, hasRequest))
+        return false;
+    if (hasRequest)
+        process(buffer);
     return true;
 }
 
