@@ -94,15 +94,11 @@ void FileSystem::setAttributes(fuse_req_t request, fuse_ino_t number, const stru
             return;
         pending->waitsFor(m_operations.setAttributes(
             who, inode->handle, state, change,
-            [this, pending, inode, resized = change.size.has_value()](Outcome<Node> node) {
+            [this, pending, inode, sizeIsSet = change.size.has_value()](Outcome<Node> node) {
                 if (!node)
                     return pending->fail(node.error());
-                if (resized) {
-                    ++inode->contentVersion;
-                    inode->cachedChange = 0;
-                    if (inode->writes && inode->writes->isDrained())
-                        inode->writes->truncated();
-                }
+                if (sizeIsSet)
+                    resized(*inode);
                 replyAttributes(pending, inode, *node);
             }));
     });
