@@ -95,6 +95,7 @@ void FileSystem::setAttributes(fuse_req_t request, fuse_ino_t number, const stru
         pending->waitsFor(m_operations.setAttributes(
             who, inode->handle, state, change,
             [this, pending, inode, sizeIsSet = change.size.has_value()](Outcome<Node> node) {
+<<<<<<< HEAD
                 if (!node)
                     return pending->fail(node.error());
                 if (sizeIsSet)
@@ -134,14 +135,12 @@ void FileSystem::setAttributes(fuse_req_t request, fuse_ino_t number, const stru
         pending->waitsFor(m_operations.setAttributes(
             who, inode->handle, state, change,
             [this, pending, inode, sizeIsSet = change.size.has_value()](Outcome<Node> node) {
+=======
+>>>>>>> nfs
                 if (!node)
                     return pending->fail(node.error());
-                if (resized) {
-                    ++inode->contentVersion;
-                    inode->cachedChange = 0;
-                    if (inode->writes && inode->writes->isDrained())
-                        inode->writes->truncated();
-                }
+                if (sizeIsSet)
+                    resized(*inode);
                 replyAttributes(pending, inode, *node);
             }));
     });
