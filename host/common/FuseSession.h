@@ -24,9 +24,13 @@ struct FuseMount {
     std::vector<std::string> options; ///< more options, e.g. "default_permissions"
 };
 
-/// A live FUSE mount: as root by mount(2), otherwise through fusermount3(1). It blocks SIGTERM,
-/// SIGINT and SIGHUP in the calling thread, so make it before other threads are started;
-/// endSignalFd() tells of them.
+/// Blocks the signals that end a daemon of ours (SIGTERM, SIGINT, SIGHUP) in this thread and those
+/// it starts. To be called before the first thread; FuseSession::endSignalFd() tells of the signals
+/// then.
+void blockEndSignals();
+
+/// A live FUSE mount: as root by mount(2), otherwise through fusermount3(1). Making one calls
+/// blockEndSignals().
 ///
 /// Either several threads call serveOne() in a loop until it returns false, or one event loop
 /// watches fd() and calls serveOne() when it is readable.
@@ -64,6 +68,8 @@ public:
 
 private:
     FuseSession() = default;
+    [[nodiscard]] std::expected<void, std::string> attach(const std::string& mountPoint,
+                                                          const std::string& options);
 
     fuse_session* m_session = nullptr;
     bool m_isMounted = false;

@@ -12,6 +12,8 @@ namespace harbrix {
 
 namespace {
 
+constexpr int readBit = static_cast<int>(OpenFile::Access::read);
+
 using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 
@@ -51,7 +53,7 @@ Outcome<struct stat> OpenFile::open(Access access, int creationFlags) {
             const auto file = handleOn(lane, access, creationFlags);
             if (!file)
                 return std::unexpected(file.error());
-            const auto info = lane.connection.attributes(*file);
+            const auto info = attributesOn(lane);
             if (info)
                 m_identity = info->st_ino;
             return info;
@@ -72,7 +74,9 @@ Outcome<SMBCFILE*> OpenFile::handleOn(Lane& lane, Access access, int creationFla
         return std::unexpected(ESTALE);
     if (m_isClosed)
         return std::unexpected(EBADF);
-    int granted = needed | m_wanted;
+    // A handle without read access does not even tell its attributes.
+    const bool onlyReads = needed == readBit && m_wanted == readBit;
+    int granted = static_cast<int>(onlyReads ? Access::read : Access::readWrite);
     auto file = lane.connection.open(*path, openFlags(granted) | creationFlags);
     if (!file && file.error() == EACCES && granted != needed) {
         granted = needed;
@@ -80,21 +84,31 @@ Outcome<SMBCFILE*> OpenFile::handleOn(Lane& lane, Access access, int creationFla
     }
     if (!file)
         return file;
+    slot = {*file, lane.connection.epoch(), granted};
+    m_occupied |= 1U << lane.index;
     // The first handle is what its opener asked for, whichever file that is.
     if (creationFlags == 0 && m_identity != 0) {
-        if (auto same = checkIdentity(lane, *file); !same) {
-            (void) lane.connection.close(*file);
+        if (auto same = checkIdentity(lane); !same) {
+            closeSlot(lane);
             return std::unexpected(same.error());
         }
     }
-    slot = {*file, lane.connection.epoch(), granted};
-    m_occupied |= 1U << lane.index;
     return file;
 }
 
+Outcome<struct stat> OpenFile::attributesOn(Lane& lane) {
+    const Slot& slot = m_slots[lane.index];
+    if (slot.file && slot.epoch == lane.connection.epoch() && (slot.access & readBit) != 0)
+        return lane.connection.attributes(slot.file);
+    const auto path = m_path();
+    if (!path)
+        return std::unexpected(ESTALE);
+    return lane.connection.attributes(*path);
+}
+
 // Between two opens the name may have come to mean another file: never mix the data of two.
-Outcome<void> OpenFile::checkIdentity(Lane& lane, SMBCFILE* file) {
-    const auto info = lane.connection.attributes(file);
+Outcome<void> OpenFile::checkIdentity(Lane& lane) {
+    const auto info = attributesOn(lane);
     if (!info)
         return std::unexpected(info.error());
     if (info->st_ino != m_identity)
@@ -366,17 +380,8 @@ Outcome<struct stat> OpenFile::attributes() {
         // A failed write is told to the writer; whoever asks for the size gets the server's answer.
         (void) drain(lock);
     }
-    return m_services.link.call(
-        {.preferred = m_occupied}, [&](Lane & lane) -> Outcome<struct stat> {
-            const auto& slot = m_slots[lane.index];
-            const bool isOpen = slot.file && slot.epoch == lane.connection.epoch();
-            if (isOpen)
-                return lane.connection.attributes(slot.file);
-            const auto path = m_path();
-            if (!path)
-                return std::unexpected(ESTALE);
-            return lane.connection.attributes(*path);
-        });
+    return m_services.link.call({.preferred = m_occupied},
+                                [&](Lane& lane) { return attributesOn(lane); });
 }
 
 } // namespace harbrix

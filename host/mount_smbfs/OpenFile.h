@@ -78,7 +78,8 @@ private:
 
     // With the lane in hand:
     [[nodiscard]] Outcome<SMBCFILE*> handleOn(Lane& lane, Access access, int creationFlags = 0);
-    [[nodiscard]] Outcome<void> checkIdentity(Lane& lane, SMBCFILE* file);
+    [[nodiscard]] Outcome<struct stat> attributesOn(Lane& lane);
+    [[nodiscard]] Outcome<void> checkIdentity(Lane& lane);
     void closeSlot(Lane& lane);
 
     [[nodiscard]] Outcome<void> send(const WriteBlock& block, unsigned allowedLanes);

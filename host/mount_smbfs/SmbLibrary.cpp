@@ -62,7 +62,8 @@ int setTls(void* key, const void* value, const char*) {
 }
 
 void* getTls(void* key, const char*) {
-    return ::pthread_getspecific(*static_cast<pthread_key_t*>(key));
+    // The library looks before it has made its key.
+    return key ? ::pthread_getspecific(*static_cast<pthread_key_t*>(key)) : nullptr;
 }
 
 constexpr SambaThreadFunctions threadFunctions{createMutex, destroyMutex, lockMutex, createTls,

@@ -39,7 +39,8 @@ constexpr unsigned laneCount = 4;
 constexpr std::size_t bufferBlocks = 32;
 // Whoever runs the tool may wait for half a minute; the message should come before that.
 constexpr std::chrono::seconds connectLimit(20);
-constexpr std::chrono::seconds flushAtEnd(2);
+// diskutil(8) waits a little longer before it kills.
+constexpr std::chrono::milliseconds flushAtEnd(1200);
 
 std::string connectError(int error, const ShareAddress& share) {
     const std::string host = share.hostAndPort();
@@ -97,7 +98,7 @@ public:
         const auto addresses = resolve(m_arguments.share.host, deadline);
         if (!addresses)
             return std::unexpected(addresses.error());
-        Outcome<void> connected;
+        Outcome<void> connected = std::unexpected(EHOSTUNREACH);
         for (const std::string& address : *addresses) {
             connected = m_link.connectFirst(address, deadline);
             const bool isFinal = connected || connected.error() == EACCES ||

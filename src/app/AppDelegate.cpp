@@ -2,6 +2,7 @@
 
 #include "automation/AutoMountStrategy.h"
 #include "automation/NetworkMonitor.h"
+#include "platform/DesktopNotifications.h"
 #include "platform/SingleInstance.h"
 #include "platform/UserDefaults.h"
 #include "services/LogManager.h"
@@ -22,10 +23,11 @@ Task<void> unmountAllAndSignal(AutoMountStrategy* strategy, std::shared_ptr<Sema
 
 } // namespace
 
-AppDelegate::AppDelegate(SingleInstance& instance, NetworkMonitor& network,
-                         AutoMountStrategy& strategy, UserDefaults& defaults, Scheduler& scheduler)
-    : m_instance(instance), m_network(network), m_strategy(strategy), m_defaults(defaults),
-      m_scheduler(scheduler) {}
+AppDelegate::AppDelegate(SingleInstance& instance, DesktopNotifications& notifications,
+                         NetworkMonitor& network, AutoMountStrategy& strategy,
+                         UserDefaults& defaults, Scheduler& scheduler)
+    : m_instance(instance), m_notifications(notifications), m_network(network),
+      m_strategy(strategy), m_defaults(defaults), m_scheduler(scheduler) {}
 
 bool AppDelegate::ensureSingleInstance() {
     if (m_instance.isFirst())
@@ -45,6 +47,8 @@ void AppDelegate::applicationDidFinishLaunching() {
         return;
     log(LogLevel::info, QStringLiteral("Harbrix application starting..."), LogCategory::lifecycle);
 
+    requestNotificationPermission();
+
     m_network.start();
     log(LogLevel::info, QStringLiteral("Network monitoring started"), LogCategory::network);
 
@@ -55,6 +59,16 @@ void AppDelegate::applicationDidFinishLaunching() {
     log(LogLevel::info, QStringLiteral("Harbrix application started successfully"),
         LogCategory::lifecycle);
     emit launched();
+}
+
+void AppDelegate::requestNotificationPermission() {
+    m_notifications.checkReachable([](const DesktopNotifications::Outcome& outcome) {
+        if (outcome)
+            log(LogLevel::info, QStringLiteral("Notification permission granted"));
+        else
+            log(LogLevel::warning,
+                QStringLiteral("Notification permission denied: ") + outcome.error().description);
+    });
 }
 
 void AppDelegate::scheduleOnboarding() {

@@ -7,6 +7,7 @@
 namespace harbrix {
 
 class AutoMountStrategy;
+class DesktopNotifications;
 class NetworkMonitor;
 class SingleInstance;
 class UserDefaults;
@@ -23,8 +24,9 @@ public:
     /// How long a quit blocks.
     static constexpr Seconds terminationWait{5.0};
 
-    AppDelegate(SingleInstance& instance, NetworkMonitor& network, AutoMountStrategy& strategy,
-                UserDefaults& defaults, Scheduler& scheduler);
+    AppDelegate(SingleInstance& instance, DesktopNotifications& notifications,
+                NetworkMonitor& network, AutoMountStrategy& strategy, UserDefaults& defaults,
+                Scheduler& scheduler);
 
     /// Starts the services in order. Where another instance runs, brings that one to the front and
     /// asks for the end of this process instead.
@@ -44,9 +46,11 @@ signals:
 
 private:
     [[nodiscard]] bool ensureSingleInstance();
+    void requestNotificationPermission();
     void scheduleOnboarding();
 
     SingleInstance& m_instance;
+    DesktopNotifications& m_notifications;
     NetworkMonitor& m_network;
     AutoMountStrategy& m_strategy;
     UserDefaults& m_defaults;

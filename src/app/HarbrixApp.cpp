@@ -11,14 +11,6 @@
 namespace harbrix {
 namespace {
 
-/// Those who look see the state; nobody is told of it unasked.
-class SilentNotifier final : public MountNotifier {
-public:
-    void notifyMountSuccess(const QString&) override {}
-    void notifyMountFailure(const QString&, const HarbrixError&) override {}
-    void notifyUnmount(const QString&) override {}
-};
-
 void warnOfSecretFile(const QString& path) {
     log(LogLevel::warning,
         QStringLiteral("No Secret Service on the session bus; passwords are kept in ") + path,
@@ -54,16 +46,20 @@ HarbrixApp::HarbrixApp()
       m_wifi(WiFiNetworkName::create(BusAddress::system())),
       m_network(*m_networkPath, NetworkSources::ofThisMachine(*m_wifi), m_scheduler),
       m_sleepMonitor(SleepMonitor::create(BusAddress::system(), m_scheduler)),
-      m_notifier(std::make_unique<SilentNotifier>()),
-      m_strategy(m_engine, m_configStore, m_appState, m_network, *m_notifier, m_defaults,
+      m_notificationPreferences(m_defaults),
+      m_desktopNotifications(DesktopNotifications::create(
+          BusAddress::session(), m_scheduler, QStringLiteral("Harbrix"),
+          QLatin1String(AppDelegate::applicationIdentifier))),
+      m_notifications(*m_desktopNotifications, m_notificationPreferences, m_scheduler),
+      m_strategy(m_engine, m_configStore, m_appState, m_network, m_notifications, m_defaults,
                  m_scheduler, *m_sleepMonitor),
       m_remoteControl({m_configStore, m_appState, m_keychain, m_engine, m_network, m_strategy}) {
     // The objects are there before the name is: who sees the name can call them.
     publish();
     m_instance = std::make_unique<SingleInstance>(QLatin1String(AppDelegate::applicationIdentifier),
                                                   m_directories.runtime);
-    m_appDelegate =
-        std::make_unique<AppDelegate>(*m_instance, m_network, m_strategy, m_defaults, m_scheduler);
+    m_appDelegate = std::make_unique<AppDelegate>(*m_instance, *m_desktopNotifications, m_network,
+                                                  m_strategy, m_defaults, m_scheduler);
     connectParts();
 }
 
@@ -88,9 +84,12 @@ void HarbrixApp::connectParts() {
     QObject::connect(&m_remoteControl, &RemoteControl::quitRequested, application, quit);
     QObject::connect(application, &QCoreApplication::aboutToQuit, m_appDelegate.get(),
                      &AppDelegate::applicationWillTerminate);
-    if (qobject_cast<QGuiApplication*>(application))
-        QObject::connect(&m_applicationObject, &ApplicationObject::activated, application,
-                         bringWindowsForward);
+    if (!qobject_cast<QGuiApplication*>(application))
+        return;
+    QObject::connect(&m_applicationObject, &ApplicationObject::activated, application,
+                     bringWindowsForward);
+    QObject::connect(&m_notifications, &NotificationService::activationRequested, application,
+                     bringWindowsForward);
 }
 
 int HarbrixApp::run() {

@@ -12,6 +12,7 @@
 #include "mount/MountEngine.h"
 #include "platform/AppDirectories.h"
 #include "platform/ChildProcess.h"
+#include "platform/DesktopNotifications.h"
 #include "platform/FileSystem.h"
 #include "platform/SecretStore.h"
 #include "platform/SingleInstance.h"
@@ -20,7 +21,8 @@
 #include "platform/WiFiNetworkName.h"
 #include "services/LanguageManager.h"
 #include "services/LogManager.h"
-#include "services/MountNotifier.h"
+#include "services/NotificationPreferences.h"
+#include "services/NotificationService.h"
 
 #include <memory>
 
@@ -66,7 +68,9 @@ private:
     std::unique_ptr<WiFiNetworkName> m_wifi;
     NetworkMonitor m_network;
     std::unique_ptr<SleepMonitor> m_sleepMonitor;
-    std::unique_ptr<MountNotifier> m_notifier;
+    NotificationPreferences m_notificationPreferences;
+    std::unique_ptr<DesktopNotifications> m_desktopNotifications;
+    NotificationService m_notifications;
     AutoMountStrategy m_strategy;
     RemoteControl m_remoteControl;
     ApplicationObject m_applicationObject;

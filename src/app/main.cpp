@@ -94,18 +94,19 @@ int showDebugInfo(int& argc, char** argv) {
     return QCoreApplication::exec();
 }
 
-int runProgram(int& argc, char** argv) {
+[[noreturn]] void runProgram(int& argc, char** argv) {
     const auto application = makeApplication(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Harbrix"));
     QCoreApplication::setApplicationVersion(QStringLiteral(HARBRIX_VERSION));
-    QGuiApplication::setDesktopFileName(QStringLiteral("com.harbrix.app"));
+    QGuiApplication::setDesktopFileName(QLatin1String(AppDelegate::applicationIdentifier));
     auto harbrix = std::make_unique<HarbrixApp>();
     const int exitCode = harbrix->run();
     // A flow or a worker in the middle of a call (on a dead server, say) still uses the services,
     // and a quit does not wait for it: then they go with the process instead of before it.
-    if (harbrix->isBusy())
-        std::_Exit(exitCode);
-    return exitCode;
+    if (!harbrix->isBusy())
+        harbrix.reset();
+    // Qt's bus thread may still take messages while static objects are destroyed.
+    std::_Exit(exitCode);
 }
 
 } // namespace
@@ -133,7 +134,7 @@ int main(int argc, char** argv) {
     case ProgramAction::ShowDebugInfo:
         return showDebugInfo(argc, argv);
     case ProgramAction::Run:
-        return runProgram(argc, argv);
+        runProgram(argc, argv);
     }
     return EXIT_FAILURE;
 }

@@ -23,11 +23,17 @@ struct WindowScenes::Scene {
 
 const WindowScenes::Scene* WindowScenes::sceneOf(const QString& identifier) {
     static const std::vector<Scene> scenes{
-        {QStringLiteral("main"), "window.main.title", {600, 500}, {500, 400},
+        {QStringLiteral("main"),
+         "window.main.title",
+         {600, 500},
+         {500, 400},
          [](const Environment& environment) -> QWidget* {
              return new MainWindowView(environment);
          }},
-        {QStringLiteral("about"), "window.about.title", AboutView::size, {},
+        {QStringLiteral("about"),
+         "window.about.title",
+         AboutView::size,
+         {},
          [](const Environment& environment) -> QWidget* {
              return new AboutView(environment, AboutInformation::ofThisBuild());
          }},

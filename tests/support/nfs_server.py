@@ -22,7 +22,8 @@ NFSv4 {{
 NFS_KRB5 {{ Active_krb5 = false; }}
 EXPORT {{
     Export_Id = 1; Path = {data}; Pseudo = /export/data; Access_Type = RW;
-    Squash = No_Root_Squash; SecType = sys; PrivilegedPort = {privileged}; FSAL {{ Name = VFS; }}
+    Squash = No_Root_Squash; SecType = sys; PrivilegedPort = {privileged};
+    Attr_Expiration_Time = {attributes}; FSAL {{ Name = VFS; }}
 }}
 """
 
@@ -53,7 +54,8 @@ def free_port():
 class NfsServer:
     """Use as a context manager. `data` is the exported folder on this machine."""
 
-    def __init__(self, minors="0, 1, 2", graceless=True, lease=60, grace=20, privileged=False, parent=None):
+    def __init__(self, minors="0, 1, 2", graceless=True, lease=60, grace=20, privileged=False, attributes=60, parent=None):
+        # attributes: for how many seconds ganesha trusts what it knows, unaware of changes behind its back.
         self.base = tempfile.mkdtemp(prefix="harbrix-nfs-", dir=parent)
         self.data = os.path.join(self.base, "data")
         os.mkdir(self.data)
@@ -64,6 +66,7 @@ class NfsServer:
         with open(self._configuration, "w") as file:
             file.write(CONFIGURATION.format(
                 port=self.port, base=self.base, data=self.data, minors=minors, lease=lease, grace=grace,
+                attributes=attributes,
                 graceless=str(graceless).lower(), privileged=str(privileged).lower()))
 
     @property

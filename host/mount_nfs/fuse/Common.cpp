@@ -117,6 +117,13 @@ void FileSystem::drained(const std::shared_ptr<Inode>& inode, std::function<void
     inode->writes->drain([then = std::move(then)](Status) { then(); });
 }
 
+void FileSystem::resized(Inode& inode) {
+    ++inode.contentVersion;
+    inode.cachedChange = 0;
+    if (inode.writes && inode.writes->isDrained())
+        inode.writes->truncated();
+}
+
 void FileSystem::waitForRoom(std::function<bool()> attempt) {
     m_roomWaiters.push_back(std::move(attempt));
 }

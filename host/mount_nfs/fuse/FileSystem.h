@@ -106,6 +106,10 @@ private:
 
     // Files.cpp
     void open(fuse_req_t request, fuse_ino_t number, const fuse_file_info& info);
+    void openDrained(const Pending& pending, const std::shared_ptr<Inode>& inode,
+                     const Credentials& who, const fuse_file_info& info);
+    /// What is known of the content is worthless: the size was set.
+    static void resized(Inode& inode);
     void createFile(fuse_req_t request, fuse_ino_t parent, std::string name, mode_t mode,
                     const fuse_file_info& info);
     void makeFile(fuse_req_t request, fuse_ino_t parent, std::string name, mode_t mode);

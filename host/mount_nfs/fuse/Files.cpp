@@ -15,6 +15,9 @@ namespace {
 /// Files up to this size are fetched together with OPEN: for a small file that saves a round trip.
 constexpr std::uint64_t smallFile = 128 * 1024;
 
+/// The kernel's mark of execve(2), __FMODE_EXEC in its include/linux/fs.h.
+constexpr int openToExecute = 0x20;
+
 std::uint32_t shareAccess(int flags) {
     switch (flags & O_ACCMODE) {
     case O_WRONLY:
@@ -34,30 +37,32 @@ void FileSystem::open(fuse_req_t request, fuse_ino_t number, const fuse_file_inf
         return;
     const Credentials who = m_callers.of(request);
     const Pending pending = m_requests.add(request, CallKind::Metadata);
-    const bool truncate = info.flags & O_TRUNC;
-    drained(inode, [this, pending, inode, who, info, truncate] {
-        if (pending->isAnswered())
-            return;
-        const std::uint64_t size = inode->attributes.size;
-        const bool small = size > 0 && size <= smallFile && size <= m_settings.readSize;
-        const bool readOnly = (info.flags & O_ACCMODE) == O_RDONLY;
-        pending->waitsFor(
-            m_operations.open(who, inode->handle, shareAccess(info.flags),
-                              truncate ? Operations::Truncate::Yes : Operations::Truncate::No,
-                              small && readOnly && !truncate ? static_cast<std::uint32_t>(size) : 0,
-                              [this, pending, inode, info, truncate](Outcome<OpenedFile> file) {
-                                  if (!file)
-                                      return pending->fail(file.error());
-                                  if (truncate) {
-                                      ++inode->contentVersion;
-                                      inode->cachedChange = 0;
-                                      if (inode->writes && inode->writes->isDrained())
-                                          inode->writes->truncated();
-                                  }
-                                  inode->learn(file->node.attributes, file->node.asked);
-                                  opened(pending, inode, std::move(*file), info, nullptr);
-                              }));
+    drained(inode, [this, pending, inode, who, info] {
+        if (!pending->isAnswered())
+            openDrained(pending, inode, who, info);
     });
+}
+
+void FileSystem::openDrained(const Pending& pending, const std::shared_ptr<Inode>& inode,
+                             const Credentials& who, const fuse_file_info& info) {
+    const bool truncate = info.flags & O_TRUNC;
+    const bool readOnly = (info.flags & O_ACCMODE) == O_RDONLY;
+    const std::uint64_t size = inode->attributes.size;
+    const bool small = size <= smallFile && size <= m_settings.readSize;
+    const auto start = small && readOnly && !truncate ? static_cast<std::uint32_t>(size) : 0;
+    const auto purpose =
+        info.flags & openToExecute ? Operations::Purpose::Execute : Operations::Purpose::Use;
+    const auto cut = truncate ? Operations::Truncate::Yes : Operations::Truncate::No;
+    auto then = [this, pending, inode, info, truncate](Outcome<OpenedFile> file) {
+        if (!file)
+            return pending->fail(file.error());
+        if (truncate)
+            resized(*inode);
+        inode->learn(file->node.attributes, file->node.asked);
+        opened(pending, inode, std::move(*file), info, nullptr);
+    };
+    pending->waitsFor(m_operations.open(who, inode->handle, shareAccess(info.flags), purpose, cut,
+                                        start, std::move(then)));
 }
 
 void FileSystem::createFile(fuse_req_t request, fuse_ino_t parent, std::string name, mode_t mode,

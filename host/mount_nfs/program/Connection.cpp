@@ -65,8 +65,10 @@ std::string plainReason(const std::string& reason) {
     return reason;
 }
 
-bool meansRefusedRights(Status status) {
-    return status == Status::Perm || status == Status::Access || status == Status::LocalRefused;
+/// Some servers refuse a port above 1023, others show less to it.
+bool mayWantReservedPort(Status status) {
+    return status == Status::NoEnt || status == Status::Perm || status == Status::Access ||
+           status == Status::LocalRefused;
 }
 
 std::string explain(const Options& options, Status status, const Session& session) {
@@ -175,7 +177,7 @@ std::expected<Connection, std::string> connectTo(EventLoop& loop, BufferPool& po
     const SourcePort first = options.reservedPort ? SourcePort::Reserved : SourcePort::Any;
     auto made = attempt(loop, pool, options, who, *addresses, first);
     // With the capability for it a reserved port may be what the server wants to see.
-    if (!made && meansRefusedRights(made.error().status) && first == SourcePort::Any) {
+    if (!made && mayWantReservedPort(made.error().status) && first == SourcePort::Any) {
         auto second = attempt(loop, pool, options, who, *addresses, SourcePort::Reserved);
         if (second)
             made = std::move(second);

@@ -41,8 +41,8 @@ AboutInformation AboutInformation::ofThisBuild() {
 AboutView::AboutView(const Environment& environment, const AboutInformation& information,
                      QWidget* parent)
     : QWidget(parent), m_homePage(makeLink("homePage", "globe", information.homePage, environment)),
-      m_feedback(makeLink("feedback", "bubble.left.and.bubble.right", information.feedback,
-                          environment)),
+      m_feedback(
+          makeLink("feedback", "bubble.left.and.bubble.right", information.feedback, environment)),
       m_documentation(
           makeLink("documentation", "doc.text", information.documentation, environment)) {
     setObjectName(QStringLiteral("about"));
@@ -55,13 +55,11 @@ AboutView::AboutView(const Environment& environment, const AboutInformation& inf
     name->setFont(nameFont);
     auto* version = new TextLabel(TextRole::callout, Tint::secondary);
     version->setObjectName(QStringLiteral("version"));
-    version->setText(
-        QStringLiteral("Version %1 (%2)").arg(information.version, information.build));
+    version->setText(QStringLiteral("Version %1 (%2)").arg(information.version, information.build));
     version->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto* notice = new TextLabel(TextRole::caption, Tint::secondary);
     notice->setObjectName(QStringLiteral("notice"));
-    notice->setText(
-        QStringLiteral("© %1 Harbrix contributors").arg(QDate::currentDate().year()));
+    notice->setText(QStringLiteral("© %1 Harbrix contributors").arg(QDate::currentDate().year()));
 
     auto* links = new QHBoxLayout;
     links->setSpacing(spacing::small);
@@ -71,8 +69,7 @@ AboutView::AboutView(const Environment& environment, const AboutInformation& inf
     links->addStretch();
 
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(spacing::regular, spacing::huge, spacing::regular,
-                               spacing::regular);
+    column->setContentsMargins(spacing::regular, spacing::huge, spacing::regular, spacing::regular);
     column->setSpacing(0);
     column->addWidget(new SymbolView(QStringLiteral("externaldrive.connected.to.line.below"),
                                      markSize, Tint::blue),

@@ -45,8 +45,8 @@ ActionBar::ActionBar(QWidget* parent)
     flow->addWidget(m_test);
     flow->addWidget(m_result);
     flow->beginTrailingGroup();
-    for (QWidget* widget : std::initializer_list<QWidget*>{m_busy, m_open, m_unmount, m_mount,
-                                                           m_close, m_save})
+    for (QWidget* widget :
+         std::initializer_list<QWidget*>{m_busy, m_open, m_unmount, m_mount, m_close, m_save})
         flow->addWidget(widget);
 
     connect(m_test, &QPushButton::clicked, this, &ActionBar::testRequested);

@@ -38,8 +38,8 @@ NASDetailView::NASDetailView(const Environment& environment,
     : QWidget(parent), m_environment(environment), m_existingConfig(std::move(existingConfig)),
       m_onClose(std::move(onClose)), m_error(new MountErrorSection),
       m_basicInfo(new BasicInfoSection), m_auth(new AuthSection),
-      m_options(new MountOptionsSection),
-      m_binding(new NetworkBindingSection(environment.network)), m_actions(new ActionBar) {
+      m_options(new MountOptionsSection), m_binding(new NetworkBindingSection(environment.network)),
+      m_actions(new ActionBar) {
     setObjectName(QStringLiteral("shareForm"));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(QMargins());
@@ -62,8 +62,8 @@ NASDetailView::NASDetailView(const Environment& environment,
 QWidget* NASDetailView::buildForm() {
     auto* form = new GroupedForm;
     form->setAutoFillBackground(false);
-    for (FormSection* section : std::initializer_list<FormSection*>{
-             m_error, m_basicInfo, m_auth, m_options, m_binding})
+    for (FormSection* section :
+         std::initializer_list<FormSection*>{m_error, m_basicInfo, m_auth, m_options, m_binding})
         form->addSection(section);
     auto* scroll = new QScrollArea;
     scroll->setObjectName(QStringLiteral("formScroll"));
@@ -173,8 +173,8 @@ void NASDetailView::unmount() {
 }
 
 void NASDetailView::openMountPoint() {
-    const auto status = m_existingConfig ? m_environment.appState.status(m_existingConfig->id)
-                                         : std::nullopt;
+    const auto status =
+        m_existingConfig ? m_environment.appState.status(m_existingConfig->id) : std::nullopt;
     if (status && status->mountPoint)
         m_environment.openUrl(*status->mountPoint);
 }

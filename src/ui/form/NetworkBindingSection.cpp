@@ -131,8 +131,8 @@ void NetworkBindingSection::showRowsInUse() {
 void NetworkBindingSection::showCurrentNetwork() {
     const auto network = m_network.currentNetworkAddresses().network;
     m_currentNetwork->setVisible(network.has_value());
-    m_currentNetwork->setText(
-        network ? formatted("nas.networkBinding.currentIP", {*network}) : QString());
+    m_currentNetwork->setText(network ? formatted("nas.networkBinding.currentIP", {*network})
+                                      : QString());
 }
 
 void NetworkBindingSection::fillEmptyRange() {

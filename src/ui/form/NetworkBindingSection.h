@@ -11,7 +11,8 @@ namespace harbrix {
 
 class NetworkMonitor;
 
-/// On which networks a share belongs: an address range with presets, a list of Wi-Fi names, or both.
+/// On which networks a share belongs: an address range with presets, a list of Wi-Fi names, or
+/// both.
 class NetworkBindingSection : public FormSection {
     Q_OBJECT
 

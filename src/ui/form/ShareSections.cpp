@@ -34,9 +34,10 @@ void MountErrorSection::retranslate() {
 }
 
 BasicInfoSection::BasicInfoSection(QWidget* parent)
-    : FormSection(parent), m_name(makeField("name")), m_protocol(makePicker<NASProtocol>("protocol")),
-      m_address(makeField("address")), m_sharePath(makeField("sharePath")),
-      m_nameRow(addRow(m_name)), m_protocolRow(addRow(m_protocol)), m_addressRow(addRow(m_address)),
+    : FormSection(parent), m_name(makeField("name")),
+      m_protocol(makePicker<NASProtocol>("protocol")), m_address(makeField("address")),
+      m_sharePath(makeField("sharePath")), m_nameRow(addRow(m_name)),
+      m_protocolRow(addRow(m_protocol)), m_addressRow(addRow(m_address)),
       m_sharePathRow(addRow(m_sharePath)), m_versionNote(addNote()) {
     m_versionNote->setObjectName(QStringLiteral("nfsVersionNote"));
     connect(m_address, &QLineEdit::textChanged, this, &BasicInfoSection::addressChanged);
@@ -142,8 +143,7 @@ MountOptionsSection::MountOptionsSection(QWidget* parent)
     : FormSection(parent), m_smbVersion(makePicker<SMBVersion>("smbVersion")),
       m_readOnly(makeSwitch("readOnly")), m_isEnabled(makeSwitch("isEnabled")),
       m_customMountPoint(makeField("customMountPoint")), m_smbVersionRow(addRow(m_smbVersion)),
-      m_nfsOptions(new QWidget),
-      m_nfsOptionsTitle(new TextLabel(TextRole::body, Tint::primary)),
+      m_nfsOptions(new QWidget), m_nfsOptionsTitle(new TextLabel(TextRole::body, Tint::primary)),
       m_nfsOptionsDetail(new TextLabel(TextRole::caption, Tint::secondary)) {
     m_nfsOptions->setObjectName(QStringLiteral("nfsMountOptions"));
     auto* block = new QVBoxLayout(m_nfsOptions);

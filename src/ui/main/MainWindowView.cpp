@@ -46,8 +46,7 @@ MainWindowView::MainWindowView(const Environment& environment)
 
     connect(&m_environment.configStore, &NASConfigStore::changed, this,
             &MainWindowView::showDetail);
-    connect(&m_environment.appState, &AppStateManager::changed, this,
-            &MainWindowView::showDetail);
+    connect(&m_environment.appState, &AppStateManager::changed, this, &MainWindowView::showDetail);
     connect(&m_environment.languageManager, &LanguageManager::localeChanged, this,
             &MainWindowView::retranslate);
     retranslate();
@@ -81,8 +80,7 @@ void MainWindowView::buildToolbar() {
 
     connect(new QShortcut(QKeySequence::New, this), &QShortcut::activated, this,
             &MainWindowView::add);
-    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this,
-            &QWidget::close);
+    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
 }
 
 QWidget* MainWindowView::buildSidebar() {
@@ -195,8 +193,8 @@ void MainWindowView::showForm(const NASConfig& config) {
     if (m_form && m_formID == config.id)
         return;
     closeForm();
-    m_form = new NASDetailView(m_environment, config,
-                               [this] { setSelectedConfigID(std::nullopt); });
+    m_form =
+        new NASDetailView(m_environment, config, [this] { setSelectedConfigID(std::nullopt); });
     m_formID = config.id;
     m_detail->addWidget(m_form);
     m_detail->setCurrentWidget(m_form);

@@ -66,7 +66,8 @@ MountedFolderCard::MountedFolderCard(const MountedShare& share, QWidget* parent)
     setObjectName(QStringLiteral("mountedFolderCard"));
     m_open->setObjectName(QStringLiteral("openMountedFolder"));
     m_open->setIcon(symbolIcon(QStringLiteral("arrow.up.forward.app")));
-    connect(m_open, &QPushButton::clicked, this, [this] { emit openRequested(m_share.mountPoint); });
+    connect(m_open, &QPushButton::clicked, this,
+            [this] { emit openRequested(m_share.mountPoint); });
     setShare(share);
     retranslate();
 }

@@ -77,8 +77,7 @@ void ShareListView::contextMenuEvent(QContextMenuEvent* event) {
     auto* menu = new QMenu(this);
     menu->setObjectName(QStringLiteral("shareMenu"));
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    QAction* action =
-        menu->addAction(symbolIcon(QStringLiteral("trash")), text("common.delete"));
+    QAction* action = menu->addAction(symbolIcon(QStringLiteral("trash")), text("common.delete"));
     action->setObjectName(QStringLiteral("deleteShare"));
     connect(action, &QAction::triggered, this, [this, id] { emit deleteRequested(id); });
     menu->popup(byKeyboard ? viewport()->mapToGlobal(visualRect(index).center())
@@ -95,8 +94,7 @@ void ShareListView::resizeEvent(QResizeEvent* event) {
     updatePulse();
 }
 
-void ShareListView::forEachVisibleRow(
-    const std::function<void(const QModelIndex&)>& visit) const {
+void ShareListView::forEachVisibleRow(const std::function<void(const QModelIndex&)>& visit) const {
     QModelIndex index = indexAt({viewport()->width() / 2, 1});
     for (int row = index.isValid() ? index.row() : 0; row < m_model.rowCount(); ++row) {
         index = m_model.index(row);

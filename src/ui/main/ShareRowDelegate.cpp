@@ -154,8 +154,7 @@ private:
         m_painter.setFont(font);
         m_painter.setPen(color(tint, m_option.palette));
         const QString shown = QFontMetrics(font).elidedText(content, elide, line.width());
-        const auto side =
-            m_option.direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft;
+        const auto side = m_option.direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft;
         m_painter.drawText(mirrored(line),
                            int(side | Qt::AlignVCenter | Qt::AlignAbsolute) | Qt::TextSingleLine,
                            shown);

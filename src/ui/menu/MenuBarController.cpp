@@ -175,8 +175,8 @@ void MenuBarController::scheduleRebuild() {
 void MenuBarController::rebuild() {
     if (!m_menu)
         return;
-    m_menu->setContent(menuContent(m_environment.configStore.configs(),
-                                   m_environment.appState.nasStatuses()));
+    m_menu->setContent(
+        menuContent(m_environment.configStore.configs(), m_environment.appState.nasStatuses()));
 }
 
 } // namespace harbrix

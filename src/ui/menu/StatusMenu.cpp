@@ -28,8 +28,8 @@ void StatusMenu::setContent(const std::vector<MenuEntry>& content) {
 
 void StatusMenu::appendTail(std::span<const MenuEntry> tail) {
     for (const MenuEntry& entry : tail) {
-        QAction* action = entry.kind == MenuEntry::Kind::separator ? addSeparator()
-                                                                   : appendCommand(entry);
+        QAction* action =
+            entry.kind == MenuEntry::Kind::separator ? addSeparator() : appendCommand(entry);
         if (!m_end)
             m_end = action;
     }
