@@ -1,5 +1,6 @@
 #include "common/FuseSession.h"
 
+#include "common/FuseMountHelper.h"
 #include "common/Unmount.h"
 
 #include <sys/signalfd.h>
@@ -83,15 +84,35 @@ FuseSession::mount(const FuseMount& mount, const fuse_lowlevel_ops& operations, 
     fuse_opt_free_args(&arguments);
     if (!session->m_session)
         return std::unexpected(withReason("the FUSE session cannot be set up"));
-    if (fuse_session_mount(session->m_session, mount.mountPoint.c_str()) != 0)
-        return std::unexpected(withReason(mount.mountPoint + ": FUSE refused the mount"));
-    session->m_isMounted = true;
+    if (auto mounted = session->attach(mount.mountPoint, options); !mounted)
+        return std::unexpected(mounted.error());
     const MountTable table = MountTable::read();
     if (const MountEntry* entry = table.at(mount.mountPoint)) {
         session->m_entry = *entry;
         session->m_claim = MountClaim::take(*entry);
     }
     return session;
+}
+
+std::expected<void, std::string> FuseSession::attach(const std::string& mountPoint,
+                                                     const std::string& options) {
+    std::string target = mountPoint;
+    FileDescriptor device;
+    if (::geteuid() != 0) {
+        auto mounted = mountThroughFusermount(mountPoint, options);
+        if (!mounted)
+            return std::unexpected(mountPoint + ": FUSE refused the mount (" + mounted.error() +
+                                   ")");
+        device = std::move(*mounted);
+        // libfuse takes over a descriptor that is named like this.
+        target = "/dev/fd/" + std::to_string(device.get());
+    }
+    m_isMounted = static_cast<bool>(device);
+    if (fuse_session_mount(m_session, target.c_str()) != 0)
+        return std::unexpected(withReason(mountPoint + ": FUSE refused the mount"));
+    (void) device.release();
+    m_isMounted = true;
+    return {};
 }
 
 FuseSession::~FuseSession() {

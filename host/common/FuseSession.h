@@ -68,6 +68,8 @@ public:
 
 private:
     FuseSession() = default;
+    [[nodiscard]] std::expected<void, std::string> attach(const std::string& mountPoint,
+                                                          const std::string& options);
 
     fuse_session* m_session = nullptr;
     bool m_isMounted = false;

@@ -39,7 +39,8 @@ constexpr unsigned laneCount = 4;
 constexpr std::size_t bufferBlocks = 32;
 // Whoever runs the tool may wait for half a minute; the message should come before that.
 constexpr std::chrono::seconds connectLimit(20);
-constexpr std::chrono::seconds flushAtEnd(2);
+// diskutil(8) waits a little longer before it kills.
+constexpr std::chrono::milliseconds flushAtEnd(1200);
 
 std::string connectError(int error, const ShareAddress& share) {
     const std::string host = share.hostAndPort();

@@ -27,6 +27,8 @@ class SmbServer:
     user as oneself. The users of Samba are then only names that map to that account.
     """
 
+    PROGRAM = shutil.which("smbd", path=os.defpath + ":/usr/sbin:/sbin")
+
     def __init__(self, shares, users=(), port=None, account=None, options=None, folder=None):
         self.shares = dict(shares)
         self.users = dict(users)
@@ -52,10 +54,9 @@ class SmbServer:
         if not os.path.exists(self._path("smb.conf")):
             self._configure()
         self.process = subprocess.Popen(
-            [shutil.which("smbd", path=os.defpath + ":/usr/sbin:/sbin"), "-s", self._path("smb.conf"),
-             "-F", "--no-process-group", "--debug-stdout"],
-            stdin=subprocess.DEVNULL, stdout=open(self._path("smbd.log"), "ab"), stderr=subprocess.STDOUT,
-            start_new_session=True)
+            [self.PROGRAM, "-s", self._path("smb.conf"), "-F", "--no-process-group", "--debug-stdout"],
+            stdin=subprocess.DEVNULL, stdout=open(self._path("smbd.log"), "ab"),
+            stderr=subprocess.STDOUT, start_new_session=True)
         deadline = time.monotonic() + 15
         while not self._answers():
             if self.process.poll() is not None or time.monotonic() > deadline:
@@ -172,6 +173,7 @@ class SmbServer:
         if len(passwords) > 1:
             raise ValueError("all users share one account and hence one password")
         for password in passwords:
-            subprocess.run(["smbpasswd", "-c", self._path("smb.conf"), "-s", "-a", self.account],
+            # Unlike smbpasswd(8) it lets an ordinary user write a database of its own.
+            subprocess.run(["pdbedit", "-s", self._path("smb.conf"), "-a", "-t", "-u", self.account],
                            input=f"{password}\n{password}\n", text=True, check=True,
                            stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)

@@ -338,6 +338,14 @@ QRect FlatStyle::subControlRect(ComplexControl control, const QStyleOptionComple
     return QProxyStyle::subControlRect(control, option, part, widget);
 }
 
+QRect FlatStyle::subElementRect(SubElement element, const QStyleOption* option,
+                                const QWidget* widget) const {
+    // With the margin that a line edit adds by itself the text begins where that of a picker does.
+    if (element == SE_LineEditContents)
+        return option->rect.adjusted(spacing::small - 2, 1, 2 - spacing::small, -1);
+    return QProxyStyle::subElementRect(element, option, widget);
+}
+
 void FlatStyle::polish(QWidget* widget) {
     QProxyStyle::polish(widget);
     if (qobject_cast<QAbstractButton*>(widget) || qobject_cast<QComboBox*>(widget) ||

@@ -16,10 +16,15 @@ static void loadResources() {
 }
 
 namespace harbrix {
+
+void ensureResources() {
+    [[maybe_unused]] static const bool loaded = (loadResources(), true);
+}
+
 namespace {
 
 QString fileOf(const QString& name) {
-    [[maybe_unused]] static const bool loaded = (loadResources(), true);
+    ensureResources();
     return QStringLiteral(":/symbols/%1.svg").arg(name);
 }
 
@@ -86,7 +91,7 @@ QIcon symbolIcon(const QString& name, Tint tint) {
 }
 
 QIcon applicationIcon() {
-    [[maybe_unused]] static const bool loaded = (loadResources(), true);
+    ensureResources();
     const QString name = QStringLiteral("com.harbrix.app");
     return QIcon::fromTheme(name, QIcon(QStringLiteral(":/icons/%1.svg").arg(name)));
 }

@@ -71,7 +71,7 @@ QFont applicationFont(QFont font) {
     QStringList families;
     if (!generic.contains(font.family()))
         families << font.family();
-    for (const char* family : {"Noto Sans", "Noto Sans CJK SC"})
+    for (const char* family : {"Noto Sans", "Noto Sans CJK SC", "Noto Color Emoji"})
         if (QFontDatabase::hasFamily(QString::fromLatin1(family)))
             families << QString::fromLatin1(family);
     if (!families.isEmpty())
