@@ -108,19 +108,34 @@ def is_mounted(path):
 
 
 class MountTest(unittest.TestCase):
-    def setUp(self):
-        self.base = tempfile.mkdtemp(prefix="harbrix-e2e-")
-        self.data = os.path.join(self.base, "data")
-        self.odd = os.path.join(self.base, "odd")
-        self.point = os.path.join(self.base, "mnt")
-        for folder in (self.data, self.odd, self.point):
+    """One server for all tests of a class; each begins with an empty share and no mount."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.base = tempfile.mkdtemp(prefix="harbrix-e2e-")
+        cls.addClassCleanup(shutil.rmtree, cls.base, ignore_errors=True)
+        cls.data = os.path.join(cls.base, "data")
+        cls.odd = os.path.join(cls.base, "odd")
+        cls.point = os.path.join(cls.base, "mnt")
+        for folder in (cls.data, cls.odd, cls.point):
             os.mkdir(folder)
-        self.addCleanup(shutil.rmtree, self.base, ignore_errors=True)
-        self.server = SmbServer({"data": self.data, ODD_SHARE: self.odd}, {"ann": PASSWORD},
-                                folder=self.base)
-        self.addCleanup(self.server.close)
-        self.server.start()
+        cls.server = SmbServer({"data": cls.data, ODD_SHARE: cls.odd}, {"ann": PASSWORD},
+                               folder=cls.base)
+        cls.addClassCleanup(cls.server.close)
+        cls.server.start()
+
+    def setUp(self):
+        self.addCleanup(self.empty_share)
         self.addCleanup(self.clear)
+
+    def empty_share(self):
+        self.server.resume()
+        if not self.server.process:
+            self.server.start()
+        for folder in (self.data, self.odd):
+            for name in os.listdir(folder):
+                path = os.path.join(folder, name)
+                shutil.rmtree(path) if os.path.isdir(path) else os.unlink(path)
 
     def clear(self):
         while is_mounted(self.point):
@@ -270,10 +285,11 @@ class Operations(MountTest):
         }
 
     def test_a_share_behaves_like_a_folder(self):
+        self.natives = tempfile.mkdtemp(dir=self.base)
         self.mount()
         for number, (name, operation) in enumerate(self.operations().items()):
             with self.subTest(name):
-                native = os.path.join(self.base, f"native{number}")
+                native = os.path.join(self.natives, str(number))
                 shared = self.path(f"shared{number}")
                 os.mkdir(native)
                 os.mkdir(shared)
@@ -396,6 +412,7 @@ class Operations(MountTest):
 class CommandLine(MountTest):
     def test_failures_are_told(self):
         write(self.base + "/file", b"")
+        self.addCleanup(os.unlink, self.base + "/file")
         url, point = self.url(), self.point
         closed = f"//ann@127.0.0.1:{free_port()}/data"
         cases = [
@@ -652,11 +669,10 @@ class Faults(MountTest):
                         self.assertIn("busy", result.stderr)
                     if self.handle is not None:
                         os.close(self.handle)
-                    if self.server.process:
-                        self.server.resume()
-                    else:
-                        self.server.start()
                     self.clear()
+                    self.server.resume()
+                    if not self.server.process:
+                        self.server.start()
 
 
 def skip(reason):

@@ -85,9 +85,8 @@ class SmbServer:
 
     def close(self):
         """Ends the server and removes its folder (never the shared ones)."""
-        if self.process:
-            self.resume()
-            self.kill()
+        self.resume()
+        self.kill()
         shutil.rmtree(self.folder, ignore_errors=True)
 
     def log(self):
@@ -109,6 +108,8 @@ class SmbServer:
         return os.path.join(self.folder, name)
 
     def _signal(self, number):
+        if not self.process:
+            return
         for process in self.processes():
             try:
                 os.kill(process, number)
