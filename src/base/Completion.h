@@ -1,9 +1,12 @@
 #pragma once
 
-#include <coroutine>
 #include <memory>
 #include <optional>
 #include <utility>
+
+#ifndef Q_MOC_RUN // moc stumbles over the concepts that it pulls in
+#include <coroutine>
+#endif
 
 namespace harbrix {
 

@@ -3,9 +3,12 @@
 #include <QDateTime>
 
 #include <chrono>
-#include <coroutine>
 #include <functional>
 #include <memory>
+
+#ifndef Q_MOC_RUN // moc stumbles over the concepts that it pulls in
+#include <coroutine>
+#endif
 
 namespace harbrix {
 

@@ -1,11 +1,14 @@
 #pragma once
 
-#include <coroutine>
 #include <exception>
 #include <optional>
 #include <type_traits>
 #include <utility>
 #include <variant>
+
+#ifndef Q_MOC_RUN // moc stumbles over the concepts that it pulls in
+#include <coroutine>
+#endif
 
 namespace harbrix {
 

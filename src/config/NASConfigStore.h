@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/TaskScope.h"
 #include "config/NASConfig.h"
 #include "platform/SystemLog.h"
 
@@ -32,6 +33,9 @@ public:
     /// Removes the record and, on a worker, its stored password. Does not unmount.
     void remove(const QUuid& id);
 
+    /// Ready once no stored password is being removed any more. The keychain must live until then.
+    [[nodiscard]] Completion<std::monostate> whenIdle();
+
 signals:
     /// The list has changed and is saved.
     void changed();
@@ -39,12 +43,14 @@ signals:
 private:
     void load();
     void save();
+    Task<void> forgetPassword(QString account);
 
     UserDefaults& m_userDefaults;
     AppStateManager& m_appState;
     KeychainManager& m_keychain;
     SystemLog m_logger;
     std::vector<NASConfig> m_configs;
+    TaskScope m_forgetting;
 };
 
 } // namespace harbrix

@@ -41,6 +41,10 @@ signals:
     void menuBarIconStateChanged(harbrix::MenuBarIconState state);
 
 private:
+    /// Derives both summaries anew and tells the observers.
+    void publish(const std::optional<QUuid>& written = std::nullopt);
+    void setMenuBarIconState(MenuBarIconState state);
+
     std::function<QDateTime()> m_now;
     AppState m_appState;
     NASStatuses m_nasStatuses;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mount/MountOperations.h"
+#include "mount/VolumeProbe.h"
 
 #include <QByteArray>
 #include <QStringList>
@@ -44,6 +45,7 @@ public:
     Task<Result<QUrl>> mountSMB(NASConfig config) override;
     Task<Result<QUrl>> mountNFS(NASConfig config) override;
     Task<Result<void>> unmount(QUrl mountPoint, UnmountMode mode) override;
+    /// Measured from before the tool's start to after its end, on the monotonic clock.
     Task<Result<Seconds>> ping(NASConfig config) override;
     [[nodiscard]] QString resolveMountPoint(const NASConfig& config) const override;
     Task<bool> volumeIsMounted(QString path) override;
@@ -55,6 +57,19 @@ public:
     Task<void> unmountConflictingShares(NASConfig config);
 
 private:
+    struct Credentials {
+        QString user;
+        std::optional<QString> password; ///< absent for a guest
+    };
+
+    Task<Result<Credentials>> smbCredentials(NASConfig config);
+    Task<Result<ProcessResult>> runSMBTool(QStringList arguments, Credentials credentials,
+                                           QString server);
+    Task<Result<ProcessResult>> runNFSTool(QStringList arguments);
+    Task<Result<void>> prepareMountPoint(QString path);
+    Task<bool> fileExists(QString path);
+    [[nodiscard]] QString defaultVolumesDirectory() const;
+
     KeychainManager& m_keychain;
     NASConfigStore& m_store;
     AppStateManager& m_appState;
@@ -62,6 +77,7 @@ private:
     ProcessLauncher& m_launcher;
     Scheduler& m_scheduler;
     QString m_homeDirectory;
+    VolumeProbe m_probe;
 };
 
 // The decisions of the flows, as plain functions.
@@ -69,10 +85,16 @@ private:
 /// The script for expect(1) that answers the tool's password prompt. Backslashes and double quotes
 /// are escaped, nothing else is: a dollar sign keeps its meaning to the interpreter.
 [[nodiscard]] QString buildExpectScript(const QStringList& arguments, const QString& password);
-/// "//user@address/share", the share percent-encoded; never a password.
+/// "//user@address/share"; never a password. The share part loses its outer slashes and is
+/// percent-encoded as UTF-8 but for letters, digits and "-._~!$&'()*+,/:=@": the characters of an
+/// RFC 3986 path without ";", which the original platform's set for paths leaves out too.
 [[nodiscard]] QString buildShareUrl(const QString& user, const QString& address,
                                     const QString& sharePath);
 [[nodiscard]] HarbrixError classifySMBFailure(const MountEngine::ProcessResult& result);
 [[nodiscard]] HarbrixError classifyNFSFailure(const MountEngine::ProcessResult& result);
+/// Whether the tool was refused for lack of privileges, so that sudo may help.
+[[nodiscard]] bool isPrivilegeRefusal(const MountEngine::ProcessResult& result);
+/// What a failed tool has to say: its standard error, trimmed, or else its standard output.
+[[nodiscard]] QString toolMessage(const MountEngine::ProcessResult& result);
 
 } // namespace harbrix

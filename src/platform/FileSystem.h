@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -34,7 +35,8 @@ public:
     [[nodiscard]] virtual Kind kindOf(const QString& path) const = 0;
     [[nodiscard]] bool exists(const QString& path) const { return kindOf(path) != Kind::Missing; }
     /// The type name of the file system that the path lies on: "smbfs" for SMB, "nfs" for NFS, else
-    /// the kernel's name, cut to 15 bytes. Nothing where statfs(2) fails, a dead mount included.
+    /// the kernel's name, cut to 15 bytes. Nothing where statfs(2) fails, a dead mount included; a
+    /// share whose server has not answered after two seconds still has its type.
     [[nodiscard]] virtual std::optional<QString> typeName(const QString& path) const = 0;
     /// Creates the directory with its parents; mode 0777 less the umask.
     [[nodiscard]] virtual Result<void, SystemError> createDirectories(const QString& path) = 0;

@@ -9,13 +9,15 @@
 #include <QString>
 #include <QStringList>
 
+#include <mutex>
 #include <optional>
 #include <shared_mutex>
 #include <variant>
 
 namespace harbrix {
 
-/// The user's settings: one typed JSON file, mode 0600, replaced atomically at each change. A value
+/// The user's settings: one typed JSON file, mode 0600, replaced atomically at each change (a
+/// symbolic link in its place is followed and stays). A value
 /// keeps the type that it was stored with, and a reader that asks for another type gets nothing,
 /// just as for an absent key; each reader applies its own default then.
 ///
@@ -28,7 +30,7 @@ public:
 
     /// Reads the file. A missing file is an empty store; a damaged one is set aside beside the file
     /// (suffix ".damaged"), so that nothing is lost, and counts as empty.
-    explicit UserDefaults(QString filePath);
+    explicit UserDefaults(const QString& filePath);
     ~UserDefaults() override;
 
     [[nodiscard]] std::optional<bool> boolean(const QString& key) const;
@@ -43,9 +45,10 @@ public:
     [[nodiscard]] std::optional<Value> value(const QString& key) const;
     [[nodiscard]] QStringList keys() const;
 
-    /// Stores the value and writes the file before it returns. A file that cannot be written keeps
-    /// the value in memory; lastWriteError() tells why.
-    void set(const QString& key, Value value);
+    /// Stores the value and writes the file before it returns. Where the file cannot be written, or
+    /// stands there unread, the value is kept in memory only and lastWriteError() tells why. An
+    /// invalid date counts as no value.
+    void set(const QString& key, const Value& value);
     void remove(const QString& key);
 
     [[nodiscard]] const QString& filePath() const { return m_filePath; }
@@ -59,9 +62,13 @@ signals:
 
 private:
     void load();
-    void save();
+    [[nodiscard]] std::optional<SystemError> setAside();
+    void update(const QString& key, const std::optional<Value>& value);
+    void save(const QHash<QString, Value>& values);
 
     QString m_filePath;
+    /// Taken before m_mutex and held while the file is written, so that readers need not wait.
+    std::mutex m_writeMutex;
     mutable std::shared_mutex m_mutex;
     QHash<QString, Value> m_values;
     std::optional<SystemError> m_loadError;

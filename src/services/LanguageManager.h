@@ -36,8 +36,9 @@ public:
     static constexpr auto appleLanguagesKey = "AppleLanguages";
     static constexpr auto appLanguageKey = "HarbrixSelectedLanguage";
 
-    explicit LanguageManager(UserDefaults& defaults);
-    ~LanguageManager() override;
+    /// Applies the stored choice. `translationsDirectory` is where useTranslations() finds tables.
+    explicit LanguageManager(UserDefaults& defaults,
+                             QString translationsDirectory = QStringLiteral(":/translations"));
 
     [[nodiscard]] const QLocale& locale() const { return m_locale; }
     [[nodiscard]] AppLanguage selectedLanguage() const { return m_selectedLanguage; }
@@ -49,9 +50,10 @@ signals:
     void localeChanged();
 
 private:
-    void apply(AppLanguage language);
+    void apply();
 
     UserDefaults& m_defaults;
+    QString m_translationsDirectory;
     QLocale m_locale;
     AppLanguage m_selectedLanguage = AppLanguage::system;
 };

@@ -13,6 +13,7 @@
 
 namespace harbrix {
 
+class LogFile;
 class UserDefaults;
 
 enum class LogLevel : int { debug = 0, info = 1, warning = 2, error = 3, critical = 4 };
@@ -70,13 +71,11 @@ public:
     [[nodiscard]] static QString categoryName(Category category);
 
 private:
-    class FileQueue;
-
     UserDefaults& m_defaults;
     QString m_logDirectory;
     QString m_temporaryDirectory;
     std::map<Category, SystemLog> m_loggers;
-    std::unique_ptr<FileQueue> m_fileQueue;
+    std::unique_ptr<LogFile> m_file;
 };
 
 using LogCategory = LogManager::Category;

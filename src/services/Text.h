@@ -3,6 +3,9 @@
 #include "services/TextCatalogue.h"
 
 #include <QString>
+#include <QStringList>
+
+class QLocale;
 
 namespace harbrix {
 
@@ -24,10 +27,16 @@ private:
 
 /// The text of the key as a format, its placeholders ("%@", "%1$@", "%lld") filled in order.
 [[nodiscard]] QString formatted(TextKey key, const QStringList& arguments);
-/// Fills the placeholders of a format. A percent sign in an argument stays as it is.
+/// Fills the placeholders of a format; "%%" becomes a percent sign. A placeholder without an
+/// argument, and a percent sign in an argument, stay as they are.
 [[nodiscard]] QString fillPlaceholders(const QString& format, const QStringList& arguments);
 
 /// A fixed text that is its own key ("Loading...").
 [[nodiscard]] QString literalText(const char* text);
+
+/// Puts the table for the locale in force, or none where there is no table for it. Tables are Qt
+/// translation files "harbrix_<language>.qm" in the directory, which may be one of the resources;
+/// the source text of each entry is its key, in the context "texts". Main thread.
+void useTranslations(const QLocale& locale, const QString& directory);
 
 } // namespace harbrix

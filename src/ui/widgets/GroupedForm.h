@@ -1,0 +1,113 @@
+#pragma once
+
+#include "ui/widgets/TextLabel.h"
+
+#include <QList>
+#include <QVBoxLayout>
+#include <QWidget>
+
+namespace harbrix {
+
+/// A rounded surface whose visible rows are parted by hairlines.
+class CardFrame : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit CardFrame(QWidget* parent = nullptr);
+
+    /// Appends a row; the card owns it.
+    void addRow(QWidget* row);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QVBoxLayout* m_rows;
+};
+
+/// A hairline.
+class Divider : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit Divider(QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+/// A label and its control: side by side, or one above the other where that is too narrow.
+class FormRow : public QWidget {
+    Q_OBJECT
+
+public:
+    FormRow(QWidget* control, QWidget* parent = nullptr);
+
+    /// Also the accessible name of the control.
+    void setText(const QString& text);
+    /// A control of fixed size stands at the trailing edge, whatever the width.
+    [[nodiscard]] bool isCompact() const { return m_compact; }
+    [[nodiscard]] int labelWidth() const;
+    void setStacked(bool stacked, int labelColumn);
+
+protected:
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    TextLabel* m_label;
+    QWidget* m_control;
+    QBoxLayout* m_layout;
+    bool m_compact;
+};
+
+/// A titled card of a form.
+class FormSection : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit FormSection(QWidget* parent = nullptr);
+
+    void setTitle(const QString& title);
+    FormRow* addRow(QWidget* control);
+    /// A row of explanation.
+    TextLabel* addNote();
+    /// Any other row, with the margins of a row.
+    void addContent(QWidget* content);
+    [[nodiscard]] const QList<FormRow*>& rows() const { return m_rows; }
+
+signals:
+    /// Other rows are to be seen, or other texts.
+    void rowsChanged();
+
+private:
+    TextLabel* m_title;
+    CardFrame* m_card;
+    QList<FormRow*> m_rows;
+};
+
+/// A column of sections that decides for all of their rows whether labels stand beside or above.
+class GroupedForm : public QWidget {
+    Q_OBJECT
+
+public:
+    static constexpr int widest = 680;
+    static constexpr int narrowest = 240;
+
+    explicit GroupedForm(QWidget* parent = nullptr);
+
+    void addSection(FormSection* section);
+
+    /// Narrower than rows whose labels stand beside: they give way when it comes to that.
+    [[nodiscard]] QSize minimumSizeHint() const override { return {narrowest, 0}; }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void arrangeRows();
+
+    QVBoxLayout* m_sections;
+    QList<FormSection*> m_all;
+};
+
+} // namespace harbrix

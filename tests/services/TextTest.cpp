@@ -1,0 +1,166 @@
+#include "services/Text.h"
+
+#include "services/MountStateText.h"
+
+#include <QDirIterator>
+#include <QFile>
+#include <QLocale>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QSet>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace harbrix {
+namespace {
+
+// The groups of keys whose windows are not built yet. A group leaves this list with its window; one
+// whose every key is used must leave it.
+const QStringList unfurnishedGroups{
+    QStringLiteral("browser"), QStringLiteral("filesystem"), QStringLiteral("main"),
+    QStringLiteral("menubar"), QStringLiteral("settings"),   QStringLiteral("transfer"),
+    QStringLiteral("window"),
+};
+
+QString groupOf(const QString& key) {
+    return key.section(QLatin1Char('.'), 0, 0);
+}
+
+// Every string literal of the sources but for the catalogue's own.
+QSet<QString> literalsInSources() {
+    const QString sources =
+        QFileInfo(QString::fromUtf8(__FILE__)).path() + QStringLiteral("/../../src");
+    const QRegularExpression literal(QStringLiteral("\"([a-z][A-Za-z0-9.]*)\""));
+    QSet<QString> literals;
+    QDirIterator files(sources, {QStringLiteral("*.cpp"), QStringLiteral("*.h")}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        QFile file(files.next());
+        if (file.fileName().endsWith(QLatin1String("/TextCatalogue.h")) ||
+            !file.open(QIODevice::ReadOnly))
+            continue;
+        const QString content = QString::fromUtf8(file.readAll());
+        for (auto matches = literal.globalMatch(content); matches.hasNext();)
+            literals.insert(matches.next().captured(1));
+    }
+    return literals;
+}
+
+TEST(TextCatalogue, HoldsEveryGroupWhole) {
+    QMap<QString, int> counts;
+    QSet<QString> keys;
+    for (const CatalogueEntry& entry : textCatalogue) {
+        const QString key = QString::fromUtf8(entry.key);
+        EXPECT_FALSE(keys.contains(key)) << entry.key;
+        EXPECT_FALSE(QByteArray(entry.defaultText).isEmpty()) << entry.key;
+        keys.insert(key);
+        ++counts[groupOf(key)];
+    }
+    const struct {
+        const char* group;
+        int count;
+    } rows[] = {
+        {"browser", 13},  {"common", 5}, {"filesystem", 1}, {"language", 1}, {"main", 10},
+        {"menubar", 11},  {"nas", 45},   {"network", 4},    {"nfs", 10},     {"notification", 18},
+        {"settings", 63}, {"status", 8}, {"transfer", 10},  {"window", 4},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(counts.take(QString::fromLatin1(row.group)), row.count) << row.group;
+    EXPECT_TRUE(counts.isEmpty());
+    EXPECT_EQ(keys.size(), 203);
+}
+
+TEST(TextCatalogue, HoldsNoKeyThatNobodyUses) {
+    const QSet<QString> literals = literalsInSources();
+    ASSERT_TRUE(literals.contains(QStringLiteral("status.idle"))) << "the sources were not found";
+    QSet<QString> groupsWithUnusedKeys;
+    for (const CatalogueEntry& entry : textCatalogue) {
+        const QString key = QString::fromUtf8(entry.key);
+        if (literals.contains(key))
+            continue;
+        groupsWithUnusedKeys.insert(groupOf(key));
+        EXPECT_TRUE(unfurnishedGroups.contains(groupOf(key))) << "nobody uses " << entry.key;
+    }
+    for (const QString& group : unfurnishedGroups)
+        EXPECT_TRUE(groupsWithUnusedKeys.contains(group))
+            << "every key of this group is used, so take it off unfurnishedGroups: "
+            << group.toStdString();
+}
+
+TEST(Text, KeepsBlanksAndDotsOfDefaultTexts) {
+    EXPECT_EQ(text("menubar.browseFiles").toStdString(), "  浏览文件...");
+    EXPECT_EQ(text("nas.testingConnection").toStdString(), "正在测试连接...");
+    EXPECT_EQ(text("nas.connectionSuccess").toStdString(), "连接成功（延迟 %@ms）");
+    EXPECT_EQ(text("browser.fileExistsMessage").toStdString(),
+              "\"%@\" already exists in this location.");
+}
+
+TEST(Text, FillsPlaceholders) {
+    const struct {
+        const char* format;
+        QStringList arguments;
+        const char* filled;
+    } rows[] = {
+        {"%@ 已卸载", {QStringLiteral("NAS")}, "NAS 已卸载"},
+        {"%1$@: %2$@", {QStringLiteral("a"), QStringLiteral("b")}, "a: b"},
+        {"%2$@ %1$@", {QStringLiteral("a"), QStringLiteral("b")}, "b a"},
+        {"%lld of %lld", {QStringLiteral("1"), QStringLiteral("2")}, "1 of 2"},
+        {"%@%@", {QStringLiteral("%@"), QStringLiteral("%2$@")}, "%@%2$@"},
+        {"%1$@", {QStringLiteral("100%")}, "100%"},
+        {"%@ and %@", {QStringLiteral("a")}, "a and %@"},
+        {"50%% of %@", {QStringLiteral("x")}, "50% of x"},
+        {"100% %d %", {QStringLiteral("x")}, "100% %d %"},
+        {"", {QStringLiteral("x")}, ""},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(fillPlaceholders(QString::fromUtf8(row.format), row.arguments).toStdString(),
+                  row.filled);
+}
+
+TEST(Text, TheKeyOfMountingHasTwoDefaults) {
+    EXPECT_EQ(statusText(MountState::Kind::mounting).toStdString(), "挂载中...");
+    EXPECT_EQ(accessibilityLabel(MountState::Kind::mounting).toStdString(), "挂载中");
+    const auto failed = MountState::failed(HarbrixError::timeout(QStringLiteral("x")));
+    EXPECT_EQ(statusText(failed).toStdString(), "失败: Operation timed out: x");
+    EXPECT_EQ(accessibilityLabel(failed).toStdString(), "挂载失败");
+}
+
+// Makes a real table with Qt's own compiler of translation files.
+class TranslationTest : public testing::Test {
+protected:
+    QTemporaryDir directory;
+
+    void SetUp() override {
+        const QString lrelease = QStandardPaths::findExecutable(
+            QStringLiteral("lrelease"), {QStringLiteral("/usr/lib/qt6/bin")});
+        if (lrelease.isEmpty())
+            GTEST_SKIP() << "lrelease is not installed";
+        QFile source(directory.filePath(QStringLiteral("harbrix_de.ts")));
+        ASSERT_TRUE(source.open(QIODevice::WriteOnly));
+        source.write(R"(<?xml version="1.0" encoding="utf-8"?><!DOCTYPE TS>
+<TS version="2.1" language="de"><context><name>texts</name>
+<message><source>status.mounting</source><translation>Wird eingebunden …</translation></message>
+<message><source>Loading...</source><translation>Laden …</translation></message>
+</context></TS>)");
+        source.close();
+        ASSERT_EQ(QProcess::execute(lrelease, {QStringLiteral("-silent"), source.fileName()}), 0);
+    }
+    void TearDown() override { useTranslations(QLocale::c(), QString()); }
+};
+
+TEST_F(TranslationTest, ATableOverridesKeyByKeyAndLive) {
+    useTranslations(QLocale(QStringLiteral("de")), directory.path());
+    EXPECT_EQ(text("status.mounting").toStdString(), "Wird eingebunden …");
+    EXPECT_EQ(accessibilityLabel(MountState::Kind::mounting).toStdString(), "Wird eingebunden …")
+        << "a stored text wins over both defaults";
+    EXPECT_EQ(literalText("Loading...").toStdString(), "Laden …");
+    EXPECT_EQ(text("status.idle").toStdString(), "空闲") << "a missing key yields the default";
+
+    useTranslations(QLocale(QStringLiteral("zh-Hans")), directory.path());
+    EXPECT_EQ(text("status.mounting").toStdString(), "挂载中...");
+    EXPECT_EQ(literalText("Loading...").toStdString(), "Loading...");
+}
+
+} // namespace
+} // namespace harbrix
