@@ -1,4 +1,4 @@
-#include "program/Connection.h"
+#include "mount_nfs/program/Connection.h"
 
 #include <netdb.h>
 
