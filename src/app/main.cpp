@@ -4,6 +4,7 @@
 #include "base/TaskScope.h"
 
 #include <QApplication>
+#include <QLoggingCategory>
 
 #include <langinfo.h>
 #include <sys/resource.h>
@@ -42,16 +43,8 @@ void forbidCoreFiles() {
     ::setrlimit(RLIMIT_CORE, &limit);
 }
 
-bool namesADisplay() {
-    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
-           qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
-}
-
-/// A display that is named but cannot be reached must not end a program that works without one:
-/// offscreen is what Qt tries last.
-void allowUnreachableDisplay() {
-    if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        return;
+/// The platforms that Qt may try for the displays that the environment names, the best one first.
+QByteArrayList platformsForDisplay() {
     QByteArrayList platforms;
     if (qEnvironmentVariableIsSet("DISPLAY"))
         platforms << "xcb";
@@ -60,19 +53,34 @@ void allowUnreachableDisplay() {
         const bool isGnome = qEnvironmentVariable("XDG_CURRENT_DESKTOP").contains("GNOME");
         platforms.insert(isGnome ? platforms.size() : 0, "wayland");
     }
-    platforms << "offscreen";
-    ::setenv("QT_QPA_PLATFORM", platforms.join(';').constData(), 1);
+    return platforms;
 }
 
+/// An application for windows where a display is named. One that cannot be reached must not end a
+/// program that works without: then it is an application for windows that nobody sees.
 std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv) {
-    if (!namesADisplay())
+    const bool isChosen = qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+    const QByteArrayList platforms = platformsForDisplay();
+    if (!isChosen && platforms.isEmpty())
         return std::make_unique<QCoreApplication>(argc, argv);
-    allowUnreachableDisplay();
+    if (!isChosen) {
+        ::setenv("QT_QPA_PLATFORM", (platforms + QByteArrayList{"offscreen"}).join(';').constData(),
+                 1);
+        QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.*=false"));
+    }
     auto application = std::make_unique<QApplication>(argc, argv);
-    // Nothing that this process starts shall take over what was chosen here.
-    ::unsetenv("QT_QPA_PLATFORM");
+    if (!isChosen) {
+        // Nothing that this process starts shall take over what was tried here.
+        ::unsetenv("QT_QPA_PLATFORM");
+        QLoggingCategory::setFilterRules({});
+    }
     QApplication::setQuitOnLastWindowClosed(false);
     return application;
+}
+
+/// Whether windows were meant to be seen and will not be.
+bool lacksNamedDisplay() {
+    return QGuiApplication::platformName() == "offscreen" && !platformsForDisplay().isEmpty();
 }
 
 Task<void> printDebugInfo(DebugInfo* info) {
@@ -100,6 +108,10 @@ int showDebugInfo(int& argc, char** argv) {
     QCoreApplication::setApplicationVersion(QStringLiteral(HARBRIX_VERSION));
     QGuiApplication::setDesktopFileName(QLatin1String(AppDelegate::applicationIdentifier));
     auto harbrix = std::make_unique<HarbrixApp>();
+    if (lacksNamedDisplay())
+        log(LogLevel::warning,
+            QStringLiteral("The display cannot be reached; running without windows"),
+            LogCategory::ui);
     const int exitCode = harbrix->run();
     // A flow or a worker in the middle of a call (on a dead server, say) still uses the services,
     // and a quit does not wait for it: then they go with the process instead of before it.

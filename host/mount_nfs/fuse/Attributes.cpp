@@ -95,48 +95,6 @@ void FileSystem::setAttributes(fuse_req_t request, fuse_ino_t number, const stru
         pending->waitsFor(m_operations.setAttributes(
             who, inode->handle, state, change,
             [this, pending, inode, sizeIsSet = change.size.has_value()](Outcome<Node> node) {
-<<<<<<< HEAD
-                if (!node)
-                    return pending->fail(node.error());
-                if (sizeIsSet)
-                    resized(*inode);
-                replyAttributes(pending, inode, *node);
-            }));
-    });
-}
-
-void FileSystem::refreshRoot() {
-    if (m_rootRefreshing || Clock::now() - m_root->attributesAsked < rootFreshness)
-        return;
-    m_rootRefreshing = true;
-    m_operations.getAttributes(m_callers.own(), m_root->handle, [this](Outcome<Node> node) {
-        m_rootRefreshing = false;
-        if (node)
-            m_root->learn(node->attributes, node->asked);
-    });
-}
-
-void FileSystem::setAttributes(fuse_req_t request, fuse_ino_t number, const struct stat& values,
-                               int which, const fuse_file_info* info) {
-    const auto inode = inodeOf(request, number);
-    if (!inode)
-        return;
-    const Credentials who = m_callers.of(request);
-    const Pending pending = m_requests.add(request, CallKind::Metadata);
-    std::shared_ptr<OpenState> state;
-    if (info && (which & FUSE_SET_ATTR_SIZE)) {
-        const auto file = m_files.find(info->fh);
-        if (file != m_files.end() && (file->second->state->access & shareAccessWrite))
-            state = file->second->state;
-    }
-    drained(inode, [this, pending, inode, who, state, change = changeOf(values, which)] {
-        if (pending->isAnswered())
-            return;
-        pending->waitsFor(m_operations.setAttributes(
-            who, inode->handle, state, change,
-            [this, pending, inode, sizeIsSet = change.size.has_value()](Outcome<Node> node) {
-=======
->>>>>>> nfs
                 if (!node)
                     return pending->fail(node.error());
                 if (sizeIsSet)
