@@ -243,8 +243,7 @@ TEST_F(Behaviour, ASilentServerDelaysOnlyTheFirst) {
     const auto ask = [&] {
         std::optional<Status> status;
         const TimePoint start = Clock::now();
-        operations.getAttributes({}, file,
-                                 [&](Outcome<Node> node) { status = statusOf(node); });
+        operations.getAttributes({}, file, [&](Outcome<Node> node) { status = statusOf(node); });
         wait([&] { return status.has_value(); });
         EXPECT_EQ(status, Status::LocalTimedOut);
         return Clock::now() - start;
