@@ -1,4 +1,4 @@
-#include "files/WriteBehind.h"
+#include "mount_nfs/files/WriteBehind.h"
 
 #include <algorithm>
 #include <bit>
