@@ -18,9 +18,8 @@ namespace {
 // The groups of keys whose windows are not built yet. A group leaves this list with its window; one
 // whose every key is used must leave it.
 const QStringList unfurnishedGroups{
-    QStringLiteral("browser"), QStringLiteral("filesystem"), QStringLiteral("main"),
-    QStringLiteral("menubar"), QStringLiteral("settings"),   QStringLiteral("transfer"),
-    QStringLiteral("window"),
+    QStringLiteral("browser"),  QStringLiteral("main"),     QStringLiteral("menubar"),
+    QStringLiteral("settings"), QStringLiteral("transfer"), QStringLiteral("window"),
 };
 
 QString groupOf(const QString& key) {
@@ -61,11 +60,9 @@ TEST(TextCatalogue, HoldsEveryGroupWhole) {
         const char* group;
         int count;
     } rows[] = {
-        {"browser", 13},      {"common", 5},    {1},
-        {"language", 1},      {"main", 10},     {"menubar", 11},
-        {"nas", 45},          {"network", 4},   {"nfs", 10},
-        {"notification", 18}, {"settings", 63}, {"status", 8},
-        {"transfer", 10},     {"window", 4},
+        {"browser", 13},  {"common", 5}, {"filesystem", 1}, {"language", 1}, {"main", 10},
+        {"menubar", 11},  {"nas", 45},   {"network", 4},    {"nfs", 10},     {"notification", 18},
+        {"settings", 63}, {"status", 8}, {"transfer", 10},  {"window", 4},
     };
     for (const auto& row : rows)
         EXPECT_EQ(counts.take(QString::fromLatin1(row.group)), row.count) << row.group;
