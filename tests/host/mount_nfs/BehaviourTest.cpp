@@ -14,12 +14,13 @@ using namespace harbrix::nfs;
 
 namespace {
 
-using namespace std::chrono_literals;
-using Data = std::vector<std::uint8_t>;
-
-template <typename T> Status statusOf(const Outcome<T>& outcome) {
+template <typename T>
+Status statusOf(const Outcome<T>& outcome) {
     return outcome ? Status::Ok : outcome.error();
 }
+
+using namespace std::chrono_literals;
+using Data = std::vector<std::uint8_t>;
 
 class Behaviour : public testing::Test {
 protected:
@@ -242,8 +243,7 @@ TEST_F(Behaviour, ASilentServerDelaysOnlyTheFirst) {
     const auto ask = [&] {
         std::optional<Status> status;
         const TimePoint start = Clock::now();
-        operations.getAttributes({}, file,
-                                 [&](Outcome<Node> node) { status = statusOf(node); });
+        operations.getAttributes({}, file, [&](Outcome<Node> node) { status = statusOf(node); });
         wait([&] { return status.has_value(); });
         EXPECT_EQ(status, Status::LocalTimedOut);
         return Clock::now() - start;
