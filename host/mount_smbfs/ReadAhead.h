@@ -2,7 +2,7 @@
 
 #include "mount_smbfs/BufferPool.h"
 #include "mount_smbfs/JobQueue.h"
-#include "mount_smbfs/SmbConnection.h"
+#include "mount_smbfs/Outcome.h"
 
 #include <condition_variable>
 #include <cstdint>

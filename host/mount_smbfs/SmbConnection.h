@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/FileDescriptor.h"
+#include "mount_smbfs/Outcome.h"
 #include "mount_smbfs/SmbLogin.h"
 
 #include <libsmbclient.h>
@@ -17,12 +18,6 @@
 #include <vector>
 
 namespace harbrix {
-
-/// An errno value as the error.
-template <typename Value>
-using Outcome = std::expected<Value, int>;
-
-using Deadline = std::chrono::steady_clock::time_point;
 
 /// One entry of a listing, with the server's attributes.
 struct ListedEntry {

@@ -33,6 +33,11 @@ struct statvfs normalised(const struct statvfs& info) {
     return result;
 }
 
+// What libsmbclient makes of a server's refusal to delete or replace a read-only file.
+bool mayMeanReadOnly(int error) {
+    return error == EACCES || error == EPERM || error == EEXIST || error == EINVAL;
+}
+
 timespec chosenTime(const timespec& wanted, const timespec& current, bool isSet, bool isNow) {
     timespec time = isSet ? wanted : current;
     if (isNow)
@@ -247,7 +252,7 @@ Outcome<void> SmbFileSystem::removeFolder(Number parent, const std::string& name
 Outcome<void> SmbFileSystem::removeOnServer(const std::string& path) {
     auto removed =
         metadata(Repeat::never, [&](Lane& lane) { return lane.connection.removeFile(path); });
-    if (removed || (removed.error() != EACCES && removed.error() != EPERM))
+    if (removed || !mayMeanReadOnly(removed.error()))
         return removed;
     const auto info =
         metadata(Repeat::once, [&](Lane& lane) { return lane.connection.attributes(path); });
@@ -316,7 +321,7 @@ Outcome<void> SmbFileSystem::renameOnServer(const std::string& from, const std::
                         [&](Lane& lane) { return lane.connection.rename(from, to); });
     };
     auto renamed = rename();
-    if (renamed || (renamed.error() != EACCES && renamed.error() != EPERM))
+    if (renamed || !mayMeanReadOnly(renamed.error()))
         return renamed;
     const auto there =
         metadata(Repeat::once, [&](Lane& lane) { return lane.connection.attributes(to); });

@@ -1,5 +1,6 @@
 #include "common/CommandLine.h"
 #include "common/Daemon.h"
+#include "common/InitAnswer.h"
 #include "common/PasswordPrompt.h"
 #include "common/Unmount.h"
 #include "mount_smbfs/FuseOperations.h"
@@ -124,6 +125,8 @@ public:
         if (!session)
             return std::unexpected(session.error());
         m_session = std::move(*session);
+        m_context.abilities.canMapDirect =
+            answerInit(m_session->handle(), KernelAbility::mapDirectFiles) != 0;
         m_threads.emplace(*m_session);
         m_threads->start();
         return {};

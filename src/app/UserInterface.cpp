@@ -4,6 +4,7 @@
 #include "ui/widgets/Windows.h"
 
 #include <QApplication>
+#include <QWidget>
 
 namespace harbrix {
 

@@ -53,10 +53,11 @@ class SmbServer:
         """Returns once the server answers."""
         if not os.path.exists(self._path("smb.conf")):
             self._configure()
-        self.process = subprocess.Popen(
-            [self.PROGRAM, "-s", self._path("smb.conf"), "-F", "--no-process-group", "--debug-stdout"],
-            stdin=subprocess.DEVNULL, stdout=open(self._path("smbd.log"), "ab"),
-            stderr=subprocess.STDOUT, start_new_session=True)
+        with open(self._path("smbd.log"), "ab") as log:
+            self.process = subprocess.Popen(
+                [self.PROGRAM, "-s", self._path("smb.conf"), "-F", "--no-process-group",
+                 "--debug-stdout"],
+                stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True)
         deadline = time.monotonic() + 15
         while not self._answers():
             if self.process.poll() is not None or time.monotonic() > deadline:
@@ -84,9 +85,8 @@ class SmbServer:
 
     def close(self):
         """Ends the server and removes its folder (never the shared ones)."""
-        if self.process:
-            self.resume()
-            self.kill()
+        self.resume()
+        self.kill()
         shutil.rmtree(self.folder, ignore_errors=True)
 
     def log(self):
@@ -108,6 +108,8 @@ class SmbServer:
         return os.path.join(self.folder, name)
 
     def _signal(self, number):
+        if not self.process:
+            return
         for process in self.processes():
             try:
                 os.kill(process, number)
