@@ -13,6 +13,7 @@ import dbus
 
 SUPPORT = os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", "support")
 sys.path.insert(0, SUPPORT)
+from desktop import Display, wait_for  # noqa: E402
 from harbrix_program import Harbrix  # noqa: E402
 
 BUILD = os.environ.get("HARBRIX_BUILD", "build/release")
@@ -26,34 +27,6 @@ def why_unavailable():
     if not os.access(Harbrix(BUILD).program, os.X_OK):
         return f"no program in {BUILD}"
     return None
-
-
-def wait_for(condition, seconds=10):
-    deadline = time.monotonic() + seconds
-    while time.monotonic() < deadline:
-        value = condition()
-        if value:
-            return value
-        time.sleep(0.02)
-    raise AssertionError("waited in vain")
-
-
-class Display:
-    """A display of the test's own; the server picks a free number."""
-
-    def __init__(self):
-        reader, writer = os.pipe()
-        self.process = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1024x768x24", "-nolisten", "tcp"],
-            pass_fds=[writer], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-            stderr=subprocess.DEVNULL, start_new_session=True)
-        os.close(writer)
-        with os.fdopen(reader) as answer:
-            self.name = ":" + answer.readline().strip()
-
-    def close(self):
-        self.process.terminate()
-        self.process.wait()
 
 
 class TrayTest(unittest.TestCase):
@@ -75,7 +48,7 @@ class TrayTest(unittest.TestCase):
             ["/usr/bin/python3", os.path.join(SUPPORT, "status_notifier_watcher.py"), *arguments],
             env=self.harbrix.environment, stdin=subprocess.DEVNULL, start_new_session=True)
         self.addCleanup(self.end, process)
-        wait_for(lambda: self.bus.name_has_owner(WATCHER))
+        wait_for(lambda: self.bus.name_has_owner(WATCHER), what="the watcher")
         return process
 
     @staticmethod
@@ -89,7 +62,7 @@ class TrayTest(unittest.TestCase):
                            dbus_interface="org.freedesktop.DBus.Properties")
 
     def wait_for_item(self):
-        return wait_for(self.items)[-1]
+        return wait_for(self.items, what="the status item")[-1]
 
     def menu(self, item):
         properties = self.bus.get_object(item, "/StatusNotifierItem", introspect=False)
@@ -104,7 +77,7 @@ class TrayTest(unittest.TestCase):
         return {str(child[1].get("label", "-")): child[0] for child in children}
 
     def click(self, menu, label):
-        menu.Event(self.labels(menu)[label], "clicked", dbus.Int32(0), dbus.UInt32(0))
+        menu.Event(self.labels(menu)[label], "clicked", dbus.Int32(0, variant_level=1), dbus.UInt32(0))
 
     def test_menu_follows_the_records_and_its_commands_work(self):
         self.start_watcher("host")
