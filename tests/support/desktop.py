@@ -47,9 +47,14 @@ class Display:
         self.process.terminate()
         self.process.wait()
 
-    def _xdotool(self, *arguments):
-        subprocess.run(["xdotool", *map(str, arguments)], check=True, timeout=30,
-                       env={**os.environ, "DISPLAY": self.name}, stdout=subprocess.DEVNULL)
+    def _xdotool(self, *arguments, check=True):
+        return subprocess.run(["xdotool", *map(str, arguments)], check=check, timeout=30, text=True,
+                              env={**os.environ, "DISPLAY": self.name}, stdout=subprocess.PIPE,
+                              stderr=subprocess.DEVNULL)
+
+    def search(self, *arguments):
+        """The ids of the windows that xdotool's search finds."""
+        return self._xdotool("search", *arguments, check=False).stdout.split()
 
     def click(self, place, button=1):
         self._xdotool("mousemove", "--sync", *place, "click", button)
