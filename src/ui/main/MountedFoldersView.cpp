@@ -87,15 +87,28 @@ void MountedFolderCard::setShare(const MountedShare& share) {
 
 void MountedFolderCard::retranslate() {
     m_open->setText(text("main.openInFinder"));
-    m_open->setGeometry(places().button);
+    arrange();
+}
+
+void MountedFolderCard::arrange() {
+    const Places at = places();
+    m_open->setGeometry(QStyle::visualRect(layoutDirection(), rect(), at.button));
+    if (std::exchange(m_height, at.height) != at.height)
+        updateGeometry();
+}
+
+void MountedFolderCard::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::LayoutDirectionChange)
+        arrange();
 }
 
 QSize MountedFolderCard::sizeHint() const {
-    return {narrowestColumn, places().height};
+    return {narrowestColumn, m_height};
 }
 
 void MountedFolderCard::resizeEvent(QResizeEvent*) {
-    m_open->setGeometry(QStyle::visualRect(layoutDirection(), rect(), places().button));
+    arrange();
 }
 
 void MountedFolderCard::paintEvent(QPaintEvent*) {
