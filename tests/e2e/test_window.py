@@ -212,7 +212,7 @@ class Keyboard(WindowTest):
         self.display.key("ctrl+n")
         first = self.see("text", "名称")
         wait_for(lambda: first.focused, what="the focus in the first field")
-        # From the last control of the form backwards to the first: none is left out, none comes twice.
+        # Round the window: no control is left out, none comes twice.
         seen = []
         for _ in range(40):
             focused = next(found for found in self.accessibility.objects() if found.focused and
@@ -229,8 +229,11 @@ class Keyboard(WindowTest):
         self.display.key("ctrl+w")
         wait_for(lambda: not self.accessibility.find("frame", "Harbrix"), what="the closing of the window")
         self.assertEqual(self.harbrix.ctl("list").returncode, 0)
+        # Where there is no tray, starting it again is the way back in, and this is the way out.
         self.harbrix.launch(DISPLAY=self.display.name, QT_QPA_PLATFORM="xcb", LC_ALL="C.UTF-8")
         self.see("frame", "Harbrix")
+        self.display.key("ctrl+q")
+        self.assertEqual(self.harbrix.processes[0].wait(15), 0)
 
 
 if __name__ == "__main__":

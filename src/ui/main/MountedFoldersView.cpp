@@ -114,6 +114,7 @@ void MountedFolderCard::resizeEvent(QResizeEvent*) {
 void MountedFolderCard::paintEvent(QPaintEvent*) {
     const Places at = places();
     QPainter painter(this);
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto); // each text reads in its own
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(color(Tint::separator, palette()));
     painter.setBrush(color(Tint::card, palette()));

@@ -176,6 +176,8 @@ void ShareRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
     if (!model)
         return;
     painter->save();
+    // Each text reads in its own direction: the end of an Arabic name is cut at its left.
+    painter->setLayoutDirection(Qt::LayoutDirectionAuto);
     RowPainter(*painter, option).paint(model->row(index.row()), m_pulse.phase());
     painter->restore();
 }
