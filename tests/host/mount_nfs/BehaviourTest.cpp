@@ -196,8 +196,8 @@ TEST_F(Behaviour, ADirectoryWhoseCookiesGoRoundEnds) {
     EXPECT_EQ(failure, Status::Io);
 }
 
-TEST_F(Behaviour, DelayAndGraceAreWaitedOut) {
-    for (const Status busy : {Status::Delay, Status::Grace}) {
+TEST_F(Behaviour, BusyAndForgetfulServersAreAskedAgain) {
+    for (const Status busy : {Status::Delay, Status::Grace, Status::RetryUncachedRep}) {
         int refusals = 2;
         server.script(Op::Commit, [&](XdrReader& in, XdrWriter& out) {
             (void) in.u64(), (void) in.u32();
