@@ -14,7 +14,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <charconv>
 #include <cstdlib>
+#include <cstring>
+#include <optional>
 
 using namespace harbrix;
 using namespace harbrix::nfs;
@@ -53,6 +57,30 @@ std::uint32_t blockSize(std::uint32_t wanted, std::uint64_t offered, std::uint32
     if (offered > 0)
         size = std::min(size, offered);
     return std::max<std::uint32_t>(static_cast<std::uint32_t>(size) & ~4095u, 4096);
+}
+
+/// Who called this tool through sudo(8). Nothing for anybody else.
+std::optional<uid_t> sudoCaller() {
+    const char* text = getuid() == 0 ? std::getenv("SUDO_UID") : nullptr;
+    if (!text)
+        return std::nullopt;
+    uid_t caller = 0;
+    const char* end = text + std::strlen(text);
+    const bool isNumber = std::from_chars(text, end, caller).ptr == end && *text != '\0';
+    return isNumber ? std::optional(caller) : std::nullopt;
+}
+
+/// A mount that root makes for the caller of sudo is entered under that user's number, so that the
+/// user may end it with fusermount3(1): libfuse takes the number from the real user id.
+std::expected<std::unique_ptr<FuseSession>, std::string> mountForCaller(const FuseMount& mount,
+                                                                        FileSystem& files) {
+    const auto caller = sudoCaller();
+    if (caller && setresuid(*caller, 0, 0) != 0)
+        return std::unexpected(std::string("setresuid: ") + std::strerror(errno));
+    auto fuse = FuseSession::mount(mount, FileSystem::operations(), &files);
+    if (caller && setresuid(0, 0, 0) != 0)
+        return std::unexpected(std::string("setresuid: ") + std::strerror(errno));
+    return fuse;
 }
 
 /// Gives everything back to the server, within a limit.
@@ -113,7 +141,7 @@ int mountThroughFuse(const Options& options) {
     // Root mounts for the user who called it through sudo, too.
     if (callers.servesOthers() || options.allowOther)
         mount.options.emplace_back("allow_other");
-    auto fuse = FuseSession::mount(mount, FileSystem::operations(), &files);
+    auto fuse = mountForCaller(mount, files);
     if (!fuse)
         daemon.fail(fuse.error(), ExitCode::failure);
     if (answerInit((*fuse)->handle(), KernelAbility::mapDirectFiles) != 0)
