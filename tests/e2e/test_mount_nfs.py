@@ -936,13 +936,20 @@ class CommandLine(unittest.TestCase):
         finally:
             os.rmdir(folder)
 
-    def test_ipv6_and_brackets(self):
-        for source in ("[::1]:/x", "::1:/x"):
-            folder = tempfile.mkdtemp(prefix="harbrix-mnt-")
-            result = self.run_tool("-o", "client=own,port=%d" % nfs_server.free_port(), source, folder)
-            os.rmdir(folder)
-            self.assertEqual(result.returncode, 1)
-            self.assertIn("::1: ", result.stderr)
+    def mounts_at(self, address, *sources):
+        with nfs_server.NfsServer(address=address) as server:
+            for source in sources:
+                named = type("Server", (), {"source": source, "port": server.port})
+                with self.subTest(source), Mount(named) as mount:
+                    write_text(os.path.join(mount.path, "f"), source)
+                    self.assertEqual(read_text(os.path.join(server.data, "f")), source)
+
+    def test_names_and_addresses(self):
+        self.mounts_at("127.0.0.1", "localhost:/export/data", "127.0.0.1:export/data", "127.0.0.1:/export//data/.")
+
+    @unittest.skipUnless(os.path.exists("/proc/net/if_inet6"), "this machine has no IPv6")
+    def test_ipv6_with_brackets_and_without(self):
+        self.mounts_at("::1", "[::1]:/export/data", "::1:/export/data")
 
 
 @unittest.skipUnless(os.path.exists("/dev/fuse") and os.stat("/dev/fuse").st_mode & 0o006 == 0o006,
@@ -968,17 +975,19 @@ class OrdinaryUser(unittest.TestCase):
                                 "--clear-groups", "fusermount3", "-u", mount.path], check=True)
 
     def test_server_that_wants_a_privileged_port(self):
-        with nfs_server.NfsServer(privileged=True) as server:
-            result = None
-            mount = Mount(server, uid=ORDINARY_USER)
-            try:
-                result = mount.run()
-            finally:
-                mount.__exit__()
-            self.assertEqual(result.returncode, 1)
-            self.assertIn("insecure", result.stderr)  # ganesha hides such an export instead of refusing it
-            with Mount(server) as rooted:  # root has such a port to offer
-                self.assertEqual(os.listdir(rooted.path), [])
+        # ganesha refuses its root to other ports, and hides what is below.
+        for pseudo, text in (("/", "permission denied"), ("/export/data", "no such export")):
+            with self.subTest(pseudo), nfs_server.NfsServer(privileged=True, pseudo=pseudo) as server:
+                mount = Mount(server, uid=ORDINARY_USER)
+                try:
+                    result = mount.run()
+                finally:
+                    mount.__exit__()
+                self.assertEqual(result.returncode, 1)
+                self.assertIn(text, result.stderr)
+                self.assertIn("\"insecure\"", result.stderr)
+                with Mount(server) as rooted:  # root has such a port to offer
+                    self.assertEqual(os.listdir(rooted.path), [])
 
 
 if __name__ == "__main__":
