@@ -145,7 +145,7 @@ int mountThroughFuse(const Options& options) {
     if (!fuse)
         daemon.fail(fuse.error(), ExitCode::failure);
     if (answerInit((*fuse)->handle(), KernelAbility::mapDirectFiles) != 0)
-        files.setLargeReads(LargeReads::Direct);
+        files.setLargeFiles(LargeFiles::Direct);
     if (!daemon.ready()) // nobody waits for this mount any more
         (*fuse)->unmount();
     serve(loop, **fuse);
