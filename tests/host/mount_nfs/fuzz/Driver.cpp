@@ -1,5 +1,8 @@
 #include "Targets.h"
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <bitset>
@@ -7,6 +10,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <random>
@@ -148,24 +152,50 @@ extern "C" void __sanitizer_cov_trace_pc() {
     }
 }
 
-int main(int argc, char** argv) {
-    const auto targets = fuzzTargets();
-    const auto found = std::find_if(targets.begin(), targets.end(), [&](const FuzzTarget& target) {
-        return argc > 1 && std::string_view(target.name) == argv[1];
-    });
-    std::uint32_t duration = 5;
-    run.seed = std::random_device()();
-    if (found == targets.end() || (argc > 2 && !readNumber(argv[2], duration)) ||
-        (argc > 3 && !readNumber(argv[3], run.seed))) {
-        std::fprintf(stderr, "usage: fuzz_nfs_decoders TARGET [SECONDS [SEED]]\n");
-        return 64;
-    }
-    run.target = &*found;
+namespace {
+
+int fuzzOne(const FuzzTarget& target, std::chrono::seconds duration) {
+    run.target = &target;
     std::signal(SIGABRT, aborted);
     std::signal(SIGSEGV, aborted);
 #ifdef __SANITIZE_ADDRESS__
     __sanitizer_set_death_callback(report);
 #endif
-    fuzz(std::chrono::seconds(duration));
+    fuzz(duration);
     return 0;
+}
+
+/// All families at the same time, each in a process of its own.
+int fuzzAll(std::chrono::seconds duration) {
+    (void) !nice(10); // what runs beside may have time limits
+    std::size_t children = 0;
+    for (const FuzzTarget& target : fuzzTargets()) {
+        const pid_t child = fork();
+        if (child == 0)
+            std::exit(fuzzOne(target, duration));
+        children += child > 0;
+    }
+    bool allEndedWell = children == fuzzTargets().size();
+    for (int status = 0; children > 0 && wait(&status) > 0; --children)
+        allEndedWell = allEndedWell && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    return allEndedWell ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::uint32_t duration = 5;
+    run.seed = std::random_device()();
+    const bool isUsable = argc <= 4 && (argc < 2 || readNumber(argv[1], duration)) &&
+                          (argc < 3 || readNumber(argv[2], run.seed));
+    const auto targets = fuzzTargets();
+    const auto found = std::find_if(targets.begin(), targets.end(), [&](const FuzzTarget& target) {
+        return argc == 4 && std::string_view(target.name) == argv[3];
+    });
+    if (!isUsable || (argc == 4 && found == targets.end())) {
+        std::fprintf(stderr, "usage: fuzz_nfs_decoders [SECONDS [SEED [FAMILY]]]\n");
+        return 64;
+    }
+    const std::chrono::seconds seconds(duration);
+    return found == targets.end() ? fuzzAll(seconds) : fuzzOne(*found, seconds);
 }
