@@ -161,8 +161,11 @@ int main(int argc, char** argv) {
     const auto options = parseOptions({argv + 1, argv + argc});
     if (!options)
         return usageError(program, options.error());
-    if (!options->ownClient && kernelClientIsAvailable()) {
-        const auto error = mountWithKernel(*options);
+    if (const KernelClient kernel; !options->ownClient && kernel.isAvailable(geteuid())) {
+        // A dead mount of ours may stand in the way.
+        if (const auto ready = prepareMountPoint(options->mountPoint); !ready)
+            return failureError(program, ready.error());
+        const auto error = kernel.mount(*options);
         return error ? failureError(program, *error) : ExitCode::success;
     }
     return mountThroughFuse(*options);
