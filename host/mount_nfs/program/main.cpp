@@ -39,11 +39,13 @@ constexpr ProgramText program{
                  "  -o memory=N         MiB of data on its way at most, 64 by default\n"
                  "  -o sync             each write waits until the server has it on its disk\n"
                  "  -o own              show all files as owned by the mounting user\n"
+                 "  -o allow_other      let other users in, too\n"
                  "  -o client=own       not the kernel's NFS client, even as root\n"
                  "      --help          show this text\n"
                  "      --version       show the version\n"
                  "\n"
                  "tcp, noexec, noatime and the like are accepted as mount(8) knows them.\n"
+                 "diskutil unmount FOLDER, or fusermount3 -u FOLDER, ends the mount.\n"
                  "Exit status: 0 mounted, 1 failed, 64 wrong usage.\n"};
 
 constexpr Duration spin = 200us;
