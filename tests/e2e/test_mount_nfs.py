@@ -707,6 +707,23 @@ class Faults(unittest.TestCase):
             with open(path) as file:
                 self.assertEqual(file.read(), "content")
 
+    def test_slow_line_is_no_dead_server(self):
+        """One WRITE takes longer here than a server may be silent."""
+        with nfs_server.NfsServer() as server, Relay(server.port, rate=300 << 10) as relay, \
+                Mount(server, port=relay.port) as mount:
+            data = os.urandom(2 << 20)
+            program = "import os,sys; f=open(sys.argv[1],'wb'); f.write(sys.stdin.buffer.read()); f.flush(); os.fsync(f)"
+            with subprocess.Popen([sys.executable, "-c", program, os.path.join(mount.path, "f")],
+                                  stdin=subprocess.PIPE) as writer:
+                writer.stdin.write(data)
+                writer.stdin.close()
+                while writer.poll() is None:
+                    self.assertEqual(error_name(os.stat, os.path.join(mount.path, "none")), "ENOENT")
+                    time.sleep(0.2)
+            self.assertEqual(writer.returncode, 0)
+            with open(os.path.join(server.data, "f"), "rb") as file:
+                self.assertEqual(file.read(), data)
+
     def test_interrupted_reader(self):
         with nfs_server.NfsServer() as server, Mount(server) as mount:
             path = os.path.join(mount.path, "f")
@@ -769,11 +786,14 @@ class Faults(unittest.TestCase):
 
 
 class Relay:
-    """Passes bytes between a client and the server; can cut connections, and spoil what the server says."""
+    """Passes bytes between a client and the server; can cut connections, spoil what the server says, and be slow
+    (`rate` in bytes a second)."""
 
-    def __init__(self, target, spoil=None):
-        self.target, self.spoil = target, spoil
+    def __init__(self, target, spoil=None, rate=None):
+        self.target, self.spoil, self.rate = target, spoil, rate
         self.listener = socket.socket()
+        if rate:  # a slow line has not taken in what it has not sent on
+            self.listener.setsockopt(socket.SOL_SOCKET, socket.SO_RCVBUF, 16384)
         self.listener.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
         self.listener.bind(("127.0.0.1", nfs_server.free_port()))
         self.listener.listen()
@@ -796,11 +816,12 @@ class Relay:
             threading.Thread(target=self._pump, args=(client, server, None), daemon=True).start()
             threading.Thread(target=self._pump, args=(server, client, self.spoil), daemon=True).start()
 
-    @staticmethod
-    def _pump(source, sink, change):
+    def _pump(self, source, sink, change):
         try:
-            while data := source.recv(1 << 16):
+            while data := source.recv(1 << 14 if self.rate else 1 << 16):
                 sink.sendall(change(data) if change else data)
+                if self.rate:
+                    time.sleep(len(data) / self.rate)
         except OSError:
             pass
         for end in (source, sink):

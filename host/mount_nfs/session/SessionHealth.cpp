@@ -117,6 +117,8 @@ void Session::tick() {
         return;
     }
     const TimePoint now = Clock::now();
+    if (m_transport.hasMovedData() && m_waitingSince)
+        m_waitingSince = now;
     const Duration silence = m_waitingSince ? now - *m_waitingSince : Duration::zero();
     if (silence >= m_config.limits.metadata)
         m_stalled = true;
