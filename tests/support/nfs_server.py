@@ -124,6 +124,14 @@ class NfsServer:
     def freeze(self):
         """A black hole: connections stand, nothing is answered."""
         os.kill(self.process_id, signal.SIGSTOP)
+        while any(state != "T" for state in self._thread_states()):  # until then it may still answer
+            time.sleep(0.001)
+
+    def _thread_states(self):
+        tasks = "/proc/%d/task" % self.process_id
+        for thread in os.listdir(tasks):
+            with open(os.path.join(tasks, thread, "stat")) as file:
+                yield file.read().rpartition(")")[2].split()[0]
 
     def thaw(self):
         os.kill(self.process_id, signal.SIGCONT)

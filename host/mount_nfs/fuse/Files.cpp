@@ -136,6 +136,8 @@ void FileSystem::opened(const Pending& pending, const std::shared_ptr<Inode>& in
     info.keep_cache = inode->cachedChange != 0 && inode->cachedChange == change;
     if (unwritten)
         inode->cachedChange = change;
+    // Through a handle for writing only nothing is read or mapped: pages would be a copy for
+    // nobody.
     const int access = info.flags & O_ACCMODE;
     const bool large = file.node.attributes.size >= largeFile;
     info.direct_io =

@@ -106,8 +106,10 @@ void Session::heard() {
 }
 
 void Session::armTick() {
-    if (!m_tick)
-        m_tick = m_loop.after(tickInterval, [this] { tick(); });
+    if (m_tick)
+        return;
+    (void) m_transport.hasMovedData(); // what moved before counts no more
+    m_tick = m_loop.after(tickInterval, [this] { tick(); });
 }
 
 void Session::tick() {
