@@ -214,10 +214,9 @@ void readFile(fuse_req_t request, fuse_ino_t, std::size_t size, off_t offset,
         fuse_reply_err(request, result.error());
 }
 
-void writeFile(fuse_req_t request, fuse_ino_t number, const char* bytes, std::size_t size,
-               off_t offset, fuse_file_info* info) {
-    const auto taken = perform(request, [&](SmbFileSystem& fs) {
-        fs.noteChange(number);
+void writeFile(fuse_req_t request, fuse_ino_t, const char* bytes, std::size_t size, off_t offset,
+               fuse_file_info* info) {
+    const auto taken = perform(request, [&](SmbFileSystem&) {
         return fileOf(info).write(std::span(bytes, size), offset);
     });
     if (taken)

@@ -39,7 +39,8 @@ OpenFile::OpenFile(FileServices services, PathSource path)
 
 OpenFile::~OpenFile() = default;
 
-Outcome<struct stat> OpenFile::open(Access access, int creationFlags) {
+Outcome<struct stat> OpenFile::open(Access access, int creationFlags,
+                                    const std::optional<struct stat>& known) {
     m_wanted |= static_cast<int>(access);
     if ((creationFlags & O_TRUNC) != 0) {
         (void) flush();
@@ -48,16 +49,20 @@ Outcome<struct stat> OpenFile::open(Access access, int creationFlags) {
     const bool isExclusive = (creationFlags & O_EXCL) != 0;
     const CallPlan plan{.repeat = isExclusive ? Repeat::never : Repeat::once,
                         .preferred = m_occupied};
-    return m_services.link.call(
+    const auto opened = m_services.link.call(
         plan, [&](Lane & lane) -> Outcome<struct stat> {
             const auto file = handleOn(lane, access, creationFlags);
             if (!file)
                 return std::unexpected(file.error());
-            const auto info = attributesOn(lane);
-            if (info)
-                m_identity = info->st_ino;
-            return info;
+            if (known && creationFlags == 0)
+                return *known;
+            return attributesOn(lane);
         });
+    // Only the first time: all later handles must be of the same file.
+    ino_t none = 0;
+    if (opened)
+        m_identity.compare_exchange_strong(none, opened->st_ino);
+    return opened;
 }
 
 Outcome<SMBCFILE*> OpenFile::handleOn(Lane& lane, Access access, int creationFlags) {

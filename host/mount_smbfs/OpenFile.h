@@ -45,8 +45,9 @@ public:
     ~OpenFile();
 
     /// Opens it on the server, with the flags of open(2) that make it or empty it. Returns what the
-    /// server says of it.
-    [[nodiscard]] Outcome<struct stat> open(Access access, int creationFlags);
+    /// server says of it, or `known` if that was given and the file is not made or emptied.
+    [[nodiscard]] Outcome<struct stat> open(Access access, int creationFlags,
+                                            const std::optional<struct stat>& known);
     /// Sends what is left, then closes on the server. Errors of writing have been told by flush().
     void close();
     /// Closes the server's handles for the moment, so that the name can be changed or removed; the

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/FileDescriptor.h"
+#include "mount_smbfs/FolderListing.h"
 #include "mount_smbfs/Outcome.h"
 #include "mount_smbfs/SmbLogin.h"
 
@@ -18,12 +19,6 @@
 #include <vector>
 
 namespace harbrix {
-
-/// One entry of a listing, with the server's attributes.
-struct ListedEntry {
-    std::string name;
-    struct stat attributes;
-};
 
 /// One connection to the share: a libsmbclient context of its own, which never reconnects behind
 /// our back. Used by one thread at a time, whichever it is; only cut() may be called by any thread

@@ -20,6 +20,7 @@ constexpr mode_t permissions = S_IRWXU;
 constexpr mode_t anyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
 constexpr mode_t anyExecute = S_IXUSR | S_IXGRP | S_IXOTH;
 constexpr auto capacityFreshFor = 5s;
+constexpr auto knownFor = 1s;
 constexpr auto closingLimit = 2500ms;
 
 // The library counts in sectors of a unit and leaves out what the kernel wants to know.
@@ -48,7 +49,8 @@ timespec chosenTime(const timespec& wanted, const timespec& current, bool isSet,
 } // namespace
 
 SmbFileSystem::SmbFileSystem(FileServices services, MountAccess access)
-    : m_services(services), m_access(access), m_owner(::getuid()), m_group(::getgid()) {}
+    : m_services(services), m_access(access), m_owner(::getuid()), m_group(::getgid()),
+      m_folders(services.watchdog) {}
 
 template <typename Operation>
 auto SmbFileSystem::metadata(Repeat repeat, Operation&& operation) {
@@ -110,12 +112,27 @@ off_t SmbFileSystem::knownSize(Number number) const {
     return attributes ? attributes->st_size : 0;
 }
 
-// An open file knows what it has not sent yet; the path alone would give the size of before.
+// What a name stands for: from a listing of the last second, or else from the server.
+Outcome<struct stat> SmbFileSystem::fetchNamed(Number parent, const std::string& name,
+                                               const std::string& path) {
+    struct stat info {};
+    auto knowledge = m_folders.find(parent, name, info);
+    if (knowledge == FolderCache::Knowledge::unknown && m_folders.noteMiss(parent) && list(parent))
+        knowledge = m_folders.find(parent, name, info);
+    if (knowledge == FolderCache::Knowledge::present)
+        return info;
+    if (knowledge == FolderCache::Knowledge::absent)
+        return std::unexpected(ENOENT);
+    return metadata(Repeat::once, [&](Lane& lane) { return lane.connection.attributes(path); });
+}
+
+// An open file knows what it has not sent yet; its name alone would give the size of before.
 Outcome<struct stat> SmbFileSystem::fetchAttributes(Number number, const std::string& path) {
     const File file = openFile(number);
-    auto info =
-        file ? file->attributes()
-             : metadata(Repeat::once, [&](Lane& lane) { return lane.connection.attributes(path); });
+    const auto place = m_nodes.place(number);
+    if (!file && !place)
+        return std::unexpected(ESTALE);
+    const auto info = file ? file->attributes() : fetchNamed(place->first, place->second, path);
     if (info)
         m_nodes.remember(number, *info);
     return info;
@@ -127,14 +144,23 @@ Outcome<SmbFileSystem::Entry> SmbFileSystem::lookUp(Number parent, const std::st
         return std::unexpected(target.error());
     const auto known = m_nodes.find(parent, name);
     const File file = known ? openFile(*known) : nullptr;
-    const auto info = file ? file->attributes() : metadata(Repeat::once, [&](Lane& lane) {
-        return lane.connection.attributes(*target);
-    });
+    // The name of an open file may mean another one by now, so it is the server that is asked; what
+    // was written so far must be there for that.
+    if (file)
+        (void) file->flush();
+    const auto info =
+        file ? metadata(Repeat::once,
+                        [&](Lane& lane) { return lane.connection.attributes(*target); })
+             : fetchNamed(parent, name, *target);
     if (!info)
         return std::unexpected(info.error());
-    const Number number = m_nodes.lookUp(parent, name);
-    m_nodes.remember(number, *info);
+    const Number number = m_nodes.lookUp(parent, name, *info);
     return Entry{number, presented(number, *info)};
+}
+
+void SmbFileSystem::noteChange(Number number) {
+    if (const auto place = m_nodes.place(number))
+        m_folders.noteChange(place->first, place->second, FolderCache::Change::changed);
 }
 
 Outcome<struct stat> SmbFileSystem::attributes(Number number) {
@@ -195,29 +221,35 @@ Outcome<struct stat> SmbFileSystem::setAttributes(Number number, const struct st
     const auto target = path(number);
     if (!target)
         return std::unexpected(target.error());
-    m_nodes.noteChange(number);
+    auto changed = changeAttributes(number, *target, wanted, which);
+    noteChange(number);
+    if (!changed)
+        return std::unexpected(changed.error());
+    return attributes(number);
+}
+
+Outcome<void> SmbFileSystem::changeAttributes(Number number, const std::string& path,
+                                              const struct stat& wanted, int which) {
     if ((which & FUSE_SET_ATTR_SIZE) != 0) {
         if (auto done = truncate(number, wanted.st_size); !done)
-            return std::unexpected(done.error());
+            return done;
     }
     if ((which & FUSE_SET_ATTR_MODE) != 0) {
-        const auto current = fetchAttributes(number, *target);
+        const auto current = fetchAttributes(number, path);
         if (!current)
-            return current;
+            return std::unexpected(current.error());
         const bool wasWritable = (current->st_mode & anyWrite) != 0;
         const bool isWritable = (wanted.st_mode & anyWrite) != 0;
         if (S_ISREG(current->st_mode) && wasWritable != isWritable) {
-            if (auto done = setWritable(*target, current->st_mode, isWritable); !done)
-                return std::unexpected(done.error());
+            if (auto done = setWritable(path, current->st_mode, isWritable); !done)
+                return done;
         }
     }
     constexpr int times = FUSE_SET_ATTR_ATIME | FUSE_SET_ATTR_MTIME | FUSE_SET_ATTR_ATIME_NOW |
                           FUSE_SET_ATTR_MTIME_NOW;
-    if ((which & times) != 0) {
-        if (auto done = setTimes(number, *target, wanted, which); !done)
-            return std::unexpected(done.error());
-    }
-    return attributes(number);
+    if ((which & times) != 0)
+        return setTimes(number, path, wanted, which);
+    return {};
 }
 
 Outcome<SmbFileSystem::Entry> SmbFileSystem::makeFolder(Number parent, const std::string& name) {
@@ -230,11 +262,20 @@ Outcome<SmbFileSystem::Entry> SmbFileSystem::makeFolder(Number parent, const std
                 return std::unexpected(made.error());
             return lane.connection.attributes(*target);
         });
+    m_folders.noteChange(parent, name, FolderCache::Change::changed);
     if (!info)
         return std::unexpected(info.error());
-    const Number number = m_nodes.lookUp(parent, name);
-    m_nodes.remember(number, *info);
+    const Number number = m_nodes.lookUp(parent, name, *info);
     return Entry{number, presented(number, *info)};
+}
+
+// A failure leaves open whether the server did it; the next look-up asks.
+void SmbFileSystem::noteRemoval(Number parent, const std::string& name,
+                                const Outcome<void>& removed) {
+    m_folders.noteChange(parent, name,
+                         removed ? FolderCache::Change::removed : FolderCache::Change::changed);
+    if (removed)
+        m_nodes.remove(parent, name);
 }
 
 Outcome<void> SmbFileSystem::removeFolder(Number parent, const std::string& name) {
@@ -243,8 +284,7 @@ Outcome<void> SmbFileSystem::removeFolder(Number parent, const std::string& name
         return std::unexpected(target.error());
     auto done =
         metadata(Repeat::never, [&](Lane& lane) { return lane.connection.removeFolder(*target); });
-    if (done)
-        m_nodes.remove(parent, name);
+    noteRemoval(parent, name, done);
     return done;
 }
 
@@ -287,8 +327,7 @@ Outcome<void> SmbFileSystem::removeFile(Number parent, const std::string& name) 
             return hideOpenFile(parent, name, *number);
     }
     auto removed = removeOnServer(*target);
-    if (removed)
-        m_nodes.remove(parent, name);
+    noteRemoval(parent, name, removed);
     return removed;
 }
 
@@ -359,6 +398,9 @@ Outcome<void> SmbFileSystem::rename(Number oldParent, const std::string& oldName
         }
     }
     auto renamed = renameOnServer(*from, *to);
+    m_folders.noteChange(oldParent, oldName,
+                         renamed ? FolderCache::Change::removed : FolderCache::Change::changed);
+    m_folders.noteChange(newParent, newName, FolderCache::Change::changed);
     if (renamed)
         m_nodes.rename(oldParent, oldName, newParent, newName);
     return renamed;
@@ -382,14 +424,17 @@ Outcome<SmbFileSystem::File> SmbFileSystem::open(Number number, int flags) {
     if (m_access == MountAccess::readOnly && mode != O_RDONLY)
         return std::unexpected(EROFS);
     const File file = registerOpen(number);
+    // The kernel has usually looked it up a moment ago; then there is nothing more to ask.
+    const auto known = m_nodes.rememberedSince(number, steady_clock::now() - knownFor);
+    const auto info = file->open(access, flags & O_TRUNC, known);
     if ((flags & O_TRUNC) != 0)
-        m_nodes.noteChange(number);
-    const auto info = file->open(access, flags & O_TRUNC);
+        noteChange(number);
     if (!info) {
         release(number);
         return std::unexpected(info.error());
     }
-    m_nodes.remember(number, *info);
+    if (!known)
+        m_nodes.remember(number, *info);
     return file;
 }
 
@@ -400,12 +445,14 @@ SmbFileSystem::create(Number parent, const std::string& name, int flags) {
     const auto target = childPath(parent, name);
     if (!target)
         return std::unexpected(target.error());
+    // The kernel knows of no such file: if we do, it was another one, gone from the server since.
+    m_nodes.remove(parent, name);
     const Number number = m_nodes.lookUp(parent, name);
     const File file = registerOpen(number);
     const auto access =
         (flags & O_ACCMODE) == O_WRONLY ? OpenFile::Access::write : OpenFile::Access::readWrite;
-    m_nodes.noteChange(number);
-    const auto info = file->open(access, O_CREAT | (flags & (O_EXCL | O_TRUNC)));
+    const auto info = file->open(access, O_CREAT | (flags & (O_EXCL | O_TRUNC)), std::nullopt);
+    m_folders.noteChange(parent, name, FolderCache::Change::changed);
     if (!info) {
         release(number);
         m_nodes.forget(number, 1);
@@ -418,6 +465,9 @@ SmbFileSystem::create(Number parent, const std::string& name, int flags) {
 void SmbFileSystem::release(Number number) {
     File file;
     bool isDoomed = false;
+    // While it counts as open nobody takes its size from a listing; from then on none of before
+    // will do.
+    noteChange(number);
     {
         const std::lock_guard lock(m_mutex);
         const auto found = m_open.find(number);
@@ -445,29 +495,30 @@ Outcome<FolderListing> SmbFileSystem::list(Number number) {
     if (!target)
         return std::unexpected(target.error());
     FolderListing listing;
-    // Before the question: what changes while it is answered must count as newer.
     listing.readAt = steady_clock::now();
-    auto entries = m_services.link.call({.kind = CallKind::metadata},
-                                        [&](Lane& lane) { return lane.connection.list(*target); });
+    auto entries =
+        metadata(Repeat::once, [&](Lane& lane) { return lane.connection.list(*target); });
     if (!entries)
         return std::unexpected(entries.error());
     listing.entries = std::move(*entries);
+    m_folders.store(number, listing);
     return listing;
 }
 
 bool SmbFileSystem::isStillThere(Number parent, const FolderListing& listing,
                                  const ListedEntry& entry) const {
-    return !m_nodes.wasRemovedSince(parent, entry.name, listing.readAt);
+    return m_folders.changeSince(parent, entry.name, listing.readAt) !=
+           FolderCache::Change::removed;
 }
 
 std::optional<SmbFileSystem::Entry>
 SmbFileSystem::listedEntry(Number parent, const FolderListing& listing, const ListedEntry& entry) {
-    if (const auto known = m_nodes.find(parent, entry.name)) {
-        if (m_nodes.wasChangedSince(*known, listing.readAt) || openFile(*known))
-            return std::nullopt;
-    }
-    const Number number = m_nodes.lookUp(parent, entry.name);
-    m_nodes.remember(number, entry.attributes);
+    const auto known = m_nodes.find(parent, entry.name);
+    if (known && openFile(*known))
+        return std::nullopt;
+    if (m_folders.changeSince(parent, entry.name, listing.readAt) != FolderCache::Change::none)
+        return std::nullopt;
+    const Number number = m_nodes.lookUp(parent, entry.name, entry.attributes);
     return Entry{number, presented(number, entry.attributes)};
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/FuseSession.h"
+#include "mount_smbfs/FolderCache.h"
 #include "mount_smbfs/NodeTable.h"
 #include "mount_smbfs/OpenFile.h"
 
@@ -15,12 +16,6 @@
 #include <vector>
 
 namespace harbrix {
-
-/// What a folder held when it was listed, and when that was.
-struct FolderListing {
-    std::vector<ListedEntry> entries;
-    std::chrono::steady_clock::time_point readAt;
-};
 
 /// The share as a tree of numbered files. Everything belongs to the mounting user; of the
 /// permissions only the read-only attribute of files is real. Blocking calls, from any thread; the
@@ -62,8 +57,8 @@ public:
     void release(Number number);
     /// The file if it is open just now, else null.
     [[nodiscard]] File openFile(Number number);
-    /// Note that the file's content was changed from here.
-    void noteChange(Number number) { m_nodes.noteChange(number); }
+    /// To be called when the server has been sent new content of the file.
+    void noteChange(Number number);
     /// The size when the kernel last heard of it; 0 if never.
     [[nodiscard]] off_t knownSize(Number number) const;
 
@@ -91,12 +86,17 @@ private:
     [[nodiscard]] Outcome<std::string> path(Number number) const;
     [[nodiscard]] Outcome<std::string> childPath(Number parent, const std::string& name) const;
     [[nodiscard]] Outcome<struct stat> fetchAttributes(Number number, const std::string& path);
+    [[nodiscard]] Outcome<struct stat> fetchNamed(Number parent, const std::string& name,
+                                                  const std::string& path);
     [[nodiscard]] struct stat presented(Number number, const struct stat& attributes) const;
     [[nodiscard]] Outcome<void> setWritable(const std::string& path, mode_t serverMode,
                                             bool isWritable);
     [[nodiscard]] Outcome<void> setTimes(Number number, const std::string& path,
                                          const struct stat& wanted, int which);
     [[nodiscard]] Outcome<void> truncate(Number number, off_t size);
+    [[nodiscard]] Outcome<void> changeAttributes(Number number, const std::string& path,
+                                                 const struct stat& wanted, int which);
+    void noteRemoval(Number parent, const std::string& name, const Outcome<void>& removed);
     [[nodiscard]] Outcome<void> removeOnServer(const std::string& path);
     [[nodiscard]] Outcome<void> renameOnServer(const std::string& from, const std::string& to);
     [[nodiscard]] Outcome<void> hideOpenFile(Number parent, const std::string& name, Number number);
@@ -112,6 +112,7 @@ private:
     const uid_t m_owner;
     const gid_t m_group;
     NodeTable m_nodes;
+    FolderCache m_folders;
 
     mutable std::mutex m_mutex;
     std::condition_variable m_closed;
