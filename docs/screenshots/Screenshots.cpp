@@ -66,11 +66,11 @@ private:
     void write(const QPixmap& shot, const QString& scene) const {
         const bool dark = m_variant.scheme == ColorScheme::dark;
         const bool twice = shot.devicePixelRatio() > 1;
-        const QString path = m_folder.filePath(
-            QStringLiteral("%1-%2-%3%4.png")
-                .arg(scene, rawValue(m_variant.language),
-                     dark ? QStringLiteral("dark") : QStringLiteral("light"),
-                     twice ? QStringLiteral("@2x") : QString()));
+        const QString path =
+            m_folder.filePath(QStringLiteral("%1-%2-%3%4.png")
+                                  .arg(scene, rawValue(m_variant.language),
+                                       dark ? QStringLiteral("dark") : QStringLiteral("light"),
+                                       twice ? QStringLiteral("@2x") : QString()));
         if (!shot.save(path))
             std::fprintf(stderr, "screenshots: cannot write %s\n", qPrintable(path));
     }
@@ -114,8 +114,8 @@ void Session::addSampleShares() {
              MountState::failed(HarbrixError::authenticationFailed(
                  QStringLiteral("The server refused the user name or the password."))));
     addShare(name("Office", "公司文件"), "10.20.0.5", "10.20.0.0/16", MountState::Kind::offline);
-    NASConfig manual = addShare(name("Backups", "备份"), "backup.local", home,
-                                MountState::Kind::idle);
+    NASConfig manual =
+        addShare(name("Backups", "备份"), "backup.local", home, MountState::Kind::idle);
     manual.isEnabled = false;
     m_world.automation.store.update(manual);
 }
@@ -139,9 +139,9 @@ void Session::takeAlert(MainWindowView& window) {
     const QPixmap box = alert->grab();
     QPainter painter(&shot);
     painter.fillRect(QRect(QPoint(), window.size()), QColor(0, 0, 0, 70));
-    const QRect place(QPoint((window.width() - alert->width()) / 2,
-                             (window.height() - alert->height()) / 2),
-                      alert->size());
+    const QRect place(
+        QPoint((window.width() - alert->width()) / 2, (window.height() - alert->height()) / 2),
+        alert->size());
     painter.drawPixmap(place.topLeft(), box);
     painter.setPen(color(Tint::border, window.palette()));
     painter.drawRect(place.adjusted(-1, -1, 0, 0));

@@ -47,6 +47,8 @@ void AppDelegate::applicationDidFinishLaunching() {
         return;
     log(LogLevel::info, QStringLiteral("Harbrix application starting..."), LogCategory::lifecycle);
 
+    emit statusItemRequested();
+
     requestNotificationPermission();
 
     m_network.start();

@@ -39,6 +39,8 @@ public:
 signals:
     /// The program is to end in the regular way.
     void terminateRequested();
+    /// The moment for the status item: before any service can report.
+    void statusItemRequested();
     /// All services run.
     void launched();
     /// A hook for a first-run tour; nothing answers it.

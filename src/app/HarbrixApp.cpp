@@ -3,25 +3,20 @@
 #include "app/TerminationSignals.h"
 #include "base/Worker.h"
 #include "platform/MessageBus.h"
+#include "platform/OpenUrl.h"
 
-#include <QCoreApplication>
-#include <QGuiApplication>
-#include <QWindow>
+#include <QApplication>
 
 namespace harbrix {
 namespace {
 
-void warnOfSecretFile(const QString& path) {
-    log(LogLevel::warning,
-        QStringLiteral("No Secret Service on the session bus; passwords are kept in ") + path,
-        LogCategory::keychain);
-}
-
-void bringWindowsForward() {
-    for (QWindow* window : QGuiApplication::topLevelWindows()) {
-        window->raise();
-        window->requestActivate();
-    }
+std::unique_ptr<SecretStore> makeSecretStore(const AppDirectories& directories) {
+    const QString path = directories.applicationSupport + QStringLiteral("/Harbrix/secrets.json");
+    return createSecretStore(BusAddress::session(), path, [path] {
+        log(LogLevel::warning,
+            QStringLiteral("No Secret Service on the session bus; passwords are kept in ") + path,
+            LogCategory::keychain);
+    });
 }
 
 } // namespace
@@ -34,12 +29,9 @@ HarbrixApp::HarbrixApp()
     : m_defaults(defaultsPath(m_directories)),
       m_log(m_defaults, m_directories.applicationSupport, m_directories.temporary),
       m_languageManager(m_defaults), m_appState([this] { return m_scheduler.wallClock(); }),
-      m_secrets(createSecretStore(BusAddress::session(),
-                                  m_directories.applicationSupport + "/Harbrix/secrets.json",
-                                  [path = m_directories.applicationSupport +
-                                          "/Harbrix/secrets.json"] { warnOfSecretFile(path); })),
-      m_keychain(*m_secrets), m_configStore(m_defaults, m_appState, m_keychain),
-      m_fileSystem(FileSystem::create()), m_launcher(ProcessLauncher::create()),
+      m_secrets(makeSecretStore(m_directories)), m_keychain(*m_secrets),
+      m_configStore(m_defaults, m_appState, m_keychain), m_fileSystem(FileSystem::create()),
+      m_launcher(ProcessLauncher::create()),
       m_engine(m_keychain, m_configStore, m_appState, *m_fileSystem, *m_launcher, m_scheduler,
                m_directories.home),
       m_networkPath(NetworkPathMonitor::create()),
@@ -53,6 +45,7 @@ HarbrixApp::HarbrixApp()
       m_notifications(*m_desktopNotifications, m_notificationPreferences, m_scheduler),
       m_strategy(m_engine, m_configStore, m_appState, m_network, m_notifications, m_defaults,
                  m_scheduler, *m_sleepMonitor),
+      m_saver(m_configStore, m_keychain, m_strategy),
       m_remoteControl({m_configStore, m_appState, m_keychain, m_engine, m_network, m_strategy}) {
     // The objects are there before the name is: who sees the name can call them.
     publish();
@@ -84,12 +77,38 @@ void HarbrixApp::connectParts() {
     QObject::connect(&m_remoteControl, &RemoteControl::quitRequested, application, quit);
     QObject::connect(application, &QCoreApplication::aboutToQuit, m_appDelegate.get(),
                      &AppDelegate::applicationWillTerminate);
-    if (!qobject_cast<QGuiApplication*>(application))
+    makeUserInterface();
+}
+
+void HarbrixApp::makeUserInterface() {
+    auto* application = qobject_cast<QApplication*>(QCoreApplication::instance());
+    if (!application)
         return;
-    QObject::connect(&m_applicationObject, &ApplicationObject::activated, application,
-                     bringWindowsForward);
-    QObject::connect(&m_notifications, &NotificationService::activationRequested, application,
-                     bringWindowsForward);
+    const Environment environment{m_appState,
+                                  m_configStore,
+                                  m_languageManager,
+                                  m_network,
+                                  m_strategy,
+                                  m_engine,
+                                  m_saver,
+                                  [](const QUrl& url) {
+                                      if (!openUrl(url))
+                                          log(LogLevel::warning,
+                                              QStringLiteral("Nothing opens ") + url.toString(),
+                                              LogCategory::ui);
+                                  }};
+    m_userInterface =
+        std::make_unique<UserInterface>(*application, environment, m_scheduler, *m_sleepMonitor);
+    UserInterface* ui = m_userInterface.get();
+    QObject::connect(m_appDelegate.get(), &AppDelegate::statusItemRequested, ui,
+                     &UserInterface::start);
+    QObject::connect(m_appDelegate.get(), &AppDelegate::launched, ui,
+                     &UserInterface::openMainWindow);
+    QObject::connect(ui, &UserInterface::quitRequested, application, &QCoreApplication::quit);
+    QObject::connect(&m_applicationObject, &ApplicationObject::activated, ui,
+                     &UserInterface::activate);
+    QObject::connect(&m_notifications, &NotificationService::activationRequested, ui,
+                     &UserInterface::activate);
 }
 
 int HarbrixApp::run() {
@@ -101,8 +120,8 @@ int HarbrixApp::run() {
 }
 
 bool HarbrixApp::isBusy() const {
-    return m_strategy.runningFlows() > 0 || m_remoteControl.runningCalls() > 0 ||
-           workerPool().activeThreadCount() > 0;
+    return m_strategy.runningFlows() > 0 || m_saver.isSaving() ||
+           m_remoteControl.runningCalls() > 0 || workerPool().activeThreadCount() > 0;
 }
 
 } // namespace harbrix

@@ -3,8 +3,10 @@
 #include "app/AppDelegate.h"
 #include "app/ApplicationObject.h"
 #include "app/RemoteControl.h"
+#include "app/UserInterface.h"
 #include "automation/AutoMountStrategy.h"
 #include "automation/NetworkMonitor.h"
+#include "automation/ShareSaver.h"
 #include "base/Scheduler.h"
 #include "config/NASConfigStore.h"
 #include "core/AppStateManager.h"
@@ -49,6 +51,7 @@ public:
 
 private:
     void connectParts();
+    void makeUserInterface();
     void publish();
 
     // Members are made from top to bottom and ended from bottom to top.
@@ -72,10 +75,12 @@ private:
     std::unique_ptr<DesktopNotifications> m_desktopNotifications;
     NotificationService m_notifications;
     AutoMountStrategy m_strategy;
+    ShareSaver m_saver;
     RemoteControl m_remoteControl;
     ApplicationObject m_applicationObject;
     std::unique_ptr<SingleInstance> m_instance;
     std::unique_ptr<AppDelegate> m_appDelegate;
+    std::unique_ptr<UserInterface> m_userInterface; ///< none without a display
 };
 
 } // namespace harbrix

@@ -23,6 +23,7 @@ public:
 
     void save(const NASConfig& config, Target target);
 
+    [[nodiscard]] bool isSaving() const { return m_flow.running() > 0; }
     /// Ready once everything is saved. The keychain must live until then.
     [[nodiscard]] Completion<std::monostate> whenIdle() { return m_flow.whenIdle(); }
 

@@ -587,6 +587,28 @@ class Integrity(unittest.TestCase):
         self.exercise("vers=4.0,sync", range(40, 41), steps=100)
 
 
+WRITER = """
+import os, struct, sys
+with open(sys.argv[1], "wb", buffering=0) as file:
+    for number in range(int(sys.argv[2])):
+        file.write(struct.pack(">Q", number) * 8192)
+        if number % 20 == 19:
+            os.fsync(file.fileno())
+            print(number + 1, flush=True)
+"""
+
+HOLDER = """
+import fcntl, os, sys
+with open(sys.argv[1], "w+b", buffering=0) as file:
+    file.write(b"x")
+    fcntl.lockf(file, fcntl.LOCK_EX)
+    print("locked", flush=True)
+    sys.stdin.readline()
+    print(os.pread(file.fileno(), 10, 0).decode(), flush=True)
+    sys.stdin.readline()
+"""
+
+
 class Faults(unittest.TestCase):
     def wait_until(self, condition, seconds, what):
         deadline = time.monotonic() + seconds
@@ -597,38 +619,25 @@ class Faults(unittest.TestCase):
     def write_through_restart(self, graceless, version="4.1"):
         server = nfs_server.NfsServer(graceless=graceless, grace=4, lease=10)
         with server, Mount(server, "vers=" + version) as mount:
-            path = os.path.join(mount.path, "f")
-            promised = []
-            failures = []
-            block = 64 * 1024
-
-            def content(number):
-                return struct.pack(">Q", number) * (block // 8)
-
-            def writer():
-                try:
-                    with open(path, "wb", buffering=0) as file:
-                        for number in range(400):
-                            file.write(content(number))
-                            if number % 20 == 19:
-                                os.fsync(file.fileno())
-                                promised.append(number + 1)
-                except OSError as error:
-                    failures.append(error)
-
-            thread = threading.Thread(target=writer)
-            thread.start()
-            self.wait_until(lambda: len(promised) >= 3, 10, "no write has got through")
+            blocks, block = 400, 64 * 1024
+            # A process of its own: one that starts the server must have no file of the mount open, or its
+            # child would wait in close(2) for the very server that it is to become.
+            writer = subprocess.Popen([sys.executable, "-c", WRITER, os.path.join(mount.path, "f"), str(blocks)],
+                                      stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+            self.addCleanup(writer.kill)
+            promised = [int(writer.stdout.readline()) for _ in range(3)][-1]
             server.kill()
-            count = promised[-1]
-            with open(os.path.join(server.data, "f"), "rb") as file:
-                self.assertEqual(file.read(count * block), b"".join(map(content, range(count))))
+            there = os.path.join(server.data, "f")
+
+            def content(count):
+                return b"".join(struct.pack(">Q", number) * (block // 8) for number in range(count))
+            with open(there, "rb") as file:
+                self.assertEqual(file.read(promised * block), content(promised))
             server.start()
-            thread.join(60)
-            self.assertFalse(thread.is_alive(), "the writer hangs")
-            self.assertEqual(failures, [])
-            with open(os.path.join(server.data, "f"), "rb") as file:
-                self.assertEqual(file.read(), b"".join(map(content, range(400))))
+            rest, _ = writer.communicate(timeout=60)
+            self.assertEqual(writer.returncode, 0, rest)
+            with open(there, "rb") as file:
+                self.assertEqual(file.read(), content(blocks))
 
     def test_killed_and_restarted_mid_write(self):
         self.write_through_restart(graceless=True)
@@ -642,16 +651,19 @@ class Faults(unittest.TestCase):
     def test_locks_survive_a_restart(self):
         with nfs_server.NfsServer(graceless=False, grace=4, lease=10) as server, Mount(server) as mount, \
                 Mount(server) as second:
-            with open(os.path.join(mount.path, "f"), "w+") as file:
-                file.write("x")
-                file.flush()
-                fcntl.lockf(file, fcntl.LOCK_EX)
-                server.kill()
-                server.start()
-                self.assertEqual(file.read(), "")
-                with open(os.path.join(second.path, "f"), "r+") as other:
-                    self.assertIn(error_name(fcntl.lockf, other, fcntl.LOCK_EX | fcntl.LOCK_NB),
-                                  ("EAGAIN", "EACCES"))
+            holder = subprocess.Popen([sys.executable, "-c", HOLDER, os.path.join(mount.path, "f")],
+                                      stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+            self.addCleanup(holder.kill)
+            self.assertEqual(holder.stdout.readline(), "locked\n")
+            server.kill()
+            server.start()
+            holder.stdin.write("read\n")
+            holder.stdin.flush()
+            self.assertEqual(holder.stdout.readline(), "x\n")
+            with open(os.path.join(second.path, "f"), "r+") as other:
+                self.assertIn(error_name(fcntl.lockf, other, fcntl.LOCK_EX | fcntl.LOCK_NB), ("EAGAIN", "EACCES"))
+                holder.communicate("end\n", timeout=10)
+                self.assertIsNone(error_name(fcntl.lockf, other, fcntl.LOCK_EX | fcntl.LOCK_NB))
 
     def test_black_hole(self):
         with nfs_server.NfsServer() as server, Mount(server) as mount:

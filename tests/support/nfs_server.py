@@ -56,7 +56,11 @@ class NfsServer:
 
     def __init__(self, minors="0, 1, 2", graceless=True, lease=60, grace=20, privileged=False, attributes=60, parent=None):
         # attributes: for how many seconds ganesha trusts what it knows, unaware of changes behind its back.
+        # In memory: an fsync on a busy disk takes seconds, and a killed server stays until it is through.
+        if parent is None and os.path.isdir("/dev/shm"):
+            parent = "/dev/shm"
         self.base = tempfile.mkdtemp(prefix="harbrix-nfs-", dir=parent)
+        os.chmod(self.base, 0o755)
         self.data = os.path.join(self.base, "data")
         os.mkdir(self.data)
         os.mkdir(os.path.join(self.base, "recovery"))

@@ -1,5 +1,4 @@
 #include "WindowTest.h"
-
 #include "ui/main/ShareListView.h"
 #include "ui/main/ShareRowDelegate.h"
 
@@ -179,8 +178,7 @@ TEST_F(MainWindowTest, EveryControlHasANameForScreenReaders) {
     click((open(), "addNAS"));
     pickIn("bindingStrategy", 2);
     for (QWidget* widget : scenes.window("main")->findChildren<QWidget*>()) {
-        if (!widget->isVisible() || !(widget->focusPolicy() & Qt::TabFocus) ||
-            widget->focusProxy())
+        if (!widget->isVisible() || !(widget->focusPolicy() & Qt::TabFocus) || widget->focusProxy())
             continue;
         const QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(widget);
         ASSERT_TRUE(spoken);

@@ -74,8 +74,8 @@ TEST_F(MenuTest, CommandsKeepTheirActionsWhileRowsComeAndGo) {
     for (QAction* action : menu.actions())
         action->trigger();
     EXPECT_EQ(chosen, (std::vector<MenuCommand>{MenuCommand::mountAll, MenuCommand::unmountAll,
-                                                MenuCommand::openMainWindow,
-                                                MenuCommand::openAbout, MenuCommand::quit}));
+                                                MenuCommand::openMainWindow, MenuCommand::openAbout,
+                                                MenuCommand::quit}));
 }
 
 TEST(HostTitle, KeepsNamesAsTheyAreInTheProtocolOfTheTray) {

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QStandardPaths>
-
 #include <gtest/gtest.h>
 
 // Widgets need an application of their own kind, dressed as the program is; no display is used.

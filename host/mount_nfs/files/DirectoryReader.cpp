@@ -1,4 +1,4 @@
-#include "files/DirectoryReader.h"
+#include "mount_nfs/files/DirectoryReader.h"
 
 #include <utility>
 

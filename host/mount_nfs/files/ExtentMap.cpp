@@ -1,4 +1,4 @@
-#include "files/ExtentMap.h"
+#include "mount_nfs/files/ExtentMap.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "protocol/Buffer.h"
-#include "session/OpenState.h"
+#include "mount_nfs/protocol/Buffer.h"
+#include "mount_nfs/session/OpenState.h"
 
 #include <cstdint>
 #include <functional>

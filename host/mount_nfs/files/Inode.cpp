@@ -1,6 +1,6 @@
-#include "files/Inode.h"
+#include "mount_nfs/files/Inode.h"
 
-#include "files/WriteBehind.h"
+#include "mount_nfs/files/WriteBehind.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/Operations.h"
+#include "mount_nfs/session/Operations.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "files/ReadAhead.h"
+#include "mount_nfs/files/ReadAhead.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "files/Inode.h"
-#include "session/Operations.h"
+#include "mount_nfs/files/Inode.h"
+#include "mount_nfs/session/Operations.h"
 
 #include <cstdint>
 #include <map>

@@ -1,4 +1,4 @@
-#include "files/WriteBehind.h"
+#include "mount_nfs/files/WriteBehind.h"
 
 #include <algorithm>
 #include <bit>
@@ -110,6 +110,9 @@ void WriteBehind::sent(std::list<Extent>::iterator flying, Outcome<WriteResult> 
     } else {
         const std::uint64_t done = extent.offset + outcome->count;
         if (outcome->committed != Stability::FileSync) {
+            // This extent is newer than what a restarted server makes us send again.
+            m_late.cut(extent.offset, extent.end());
+            m_uncommitted.cut(extent.offset, extent.end());
             sawVerifier(outcome->verifier);
             (m_committing ? m_late : m_uncommitted).put(extent.part(extent.offset, done));
             m_uncommittedSince += outcome->count;

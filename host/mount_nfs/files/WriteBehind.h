@@ -1,7 +1,7 @@
 #pragma once
 
-#include "files/ExtentMap.h"
-#include "session/Operations.h"
+#include "mount_nfs/files/ExtentMap.h"
+#include "mount_nfs/session/Operations.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "files/DirectoryReader.h"
-#include "files/Inode.h"
-#include "files/ReadAhead.h"
-#include "files/WriteBehind.h"
-#include "fuse/Identity.h"
-#include "fuse/Request.h"
-#include "session/Operations.h"
+#include "mount_nfs/files/DirectoryReader.h"
+#include "mount_nfs/files/Inode.h"
+#include "mount_nfs/files/ReadAhead.h"
+#include "mount_nfs/files/WriteBehind.h"
+#include "mount_nfs/fuse/Identity.h"
+#include "mount_nfs/fuse/Request.h"
+#include "mount_nfs/session/Operations.h"
 
 #include <fuse_lowlevel.h>
 

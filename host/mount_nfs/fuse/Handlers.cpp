@@ -1,4 +1,4 @@
-#include "fuse/FileSystem.h"
+#include "mount_nfs/fuse/FileSystem.h"
 
 #include <sys/sysmacros.h>
 

@@ -1,4 +1,4 @@
-#include "fuse/Identity.h"
+#include "mount_nfs/fuse/Identity.h"
 
 #include <grp.h>
 #include <pwd.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "protocol/Rpc.h"
-#include "transport/EventLoop.h"
+#include "mount_nfs/protocol/Rpc.h"
+#include "mount_nfs/transport/EventLoop.h"
 
 #include <fuse_lowlevel.h>
 #include <sys/types.h>

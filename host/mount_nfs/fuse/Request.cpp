@@ -1,4 +1,4 @@
-#include "fuse/Request.h"
+#include "mount_nfs/fuse/Request.h"
 
 #include <algorithm>
 #include <cerrno>

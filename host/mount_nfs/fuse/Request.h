@@ -1,7 +1,7 @@
 #pragma once
 
-#include "session/Session.h"
-#include "transport/EventLoop.h"
+#include "mount_nfs/session/Session.h"
+#include "mount_nfs/transport/EventLoop.h"
 
 #include <fuse_lowlevel.h>
 

@@ -1,4 +1,4 @@
-#include "program/Connection.h"
+#include "mount_nfs/program/Connection.h"
 
 #include <netdb.h>
 
@@ -81,7 +81,8 @@ std::string explain(const Options& options, Status status, const Session& sessio
                "). If it serves only clients on ports below 1024, give its export the option "
                "\"insecure\", or mount as root";
     case Status::NoEnt:
-        return source + ": the server has no such export";
+        return source + ": the server has no such export (or shows it only to ports below 1024: "
+                        "export option \"insecure\")";
     case Status::NotDir:
         return source + ": not a folder";
     case Status::WrongSec:

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "program/Options.h"
-#include "session/Operations.h"
+#include "mount_nfs/program/Options.h"
+#include "mount_nfs/session/Operations.h"
 
 #include <expected>
 #include <memory>

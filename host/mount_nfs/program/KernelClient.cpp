@@ -1,4 +1,4 @@
-#include "program/KernelClient.h"
+#include "mount_nfs/program/KernelClient.h"
 
 #include "common/FileDescriptor.h"
 

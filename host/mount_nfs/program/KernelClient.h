@@ -1,6 +1,6 @@
 #pragma once
 
-#include "program/Options.h"
+#include "mount_nfs/program/Options.h"
 
 #include <optional>
 #include <string>

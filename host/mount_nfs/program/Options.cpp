@@ -1,4 +1,4 @@
-#include "program/Options.h"
+#include "mount_nfs/program/Options.h"
 
 #include <algorithm>
 #include <array>

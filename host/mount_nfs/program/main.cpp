@@ -3,10 +3,10 @@
 #include "common/FuseSession.h"
 #include "common/MountTable.h"
 #include "common/Unmount.h"
-#include "fuse/FileSystem.h"
-#include "program/Connection.h"
-#include "program/KernelClient.h"
-#include "program/Options.h"
+#include "mount_nfs/fuse/FileSystem.h"
+#include "mount_nfs/program/Connection.h"
+#include "mount_nfs/program/KernelClient.h"
+#include "mount_nfs/program/Options.h"
 
 #include <fcntl.h>
 #include <sys/epoll.h>

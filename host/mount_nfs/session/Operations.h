@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/Session.h"
+#include "mount_nfs/session/Session.h"
 
 #include <expected>
 #include <functional>
