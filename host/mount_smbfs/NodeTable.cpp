@@ -13,18 +13,18 @@ NodeTable::Number NodeTable::lookUp(Number parent, const std::string& name) {
     return lookUpLocked(parent, name);
 }
 
-NodeTable::Number NodeTable::lookUp(Number parent, const std::string& name,
-                                    const struct stat& attributes) {
+NodeTable::Number NodeTable::lookUp(Number parent, const std::string& name, const Answer& answer) {
     const std::lock_guard lock(m_mutex);
     if (const auto known = m_byName.find({parent, name}); known != m_byName.end()) {
-        const auto& before = m_nodes[known->second].attributes;
+        const auto& before = m_nodes[known->second].answer;
+        const ino_t identity = answer.attributes.st_ino;
         // 0 comes from a server that does not number its files.
-        if (before && before->st_ino != attributes.st_ino && before->st_ino != 0 &&
-            attributes.st_ino != 0)
+        if (before && before->attributes.st_ino != identity && before->attributes.st_ino != 0 &&
+            identity != 0)
             loseName(known->second);
     }
     const Number number = lookUpLocked(parent, name);
-    rememberLocked(number, attributes);
+    m_nodes[number].answer = answer;
     return number;
 }
 
@@ -155,16 +155,16 @@ void NodeTable::rename(Number oldParent, const std::string& oldName, Number newP
     attach(number, newParent, newName);
 }
 
-void NodeTable::remember(Number number, const struct stat& attributes) {
+void NodeTable::remember(Number number, const Answer& answer) {
     const std::lock_guard lock(m_mutex);
-    rememberLocked(number, attributes);
+    if (const auto node = m_nodes.find(number); node != m_nodes.end())
+        node->second.answer = answer;
 }
 
-void NodeTable::rememberLocked(Number number, const struct stat& attributes) {
-    if (const auto node = m_nodes.find(number); node != m_nodes.end()) {
-        node->second.attributes = attributes;
-        node->second.rememberedAt = std::chrono::steady_clock::now();
-    }
+std::optional<Answer> NodeTable::remembered(Number number) const {
+    const std::lock_guard lock(m_mutex);
+    const auto node = m_nodes.find(number);
+    return node == m_nodes.end() ? std::nullopt : node->second.answer;
 }
 
 std::optional<std::pair<NodeTable::Number, std::string>> NodeTable::place(Number number) const {
@@ -173,20 +173,6 @@ std::optional<std::pair<NodeTable::Number, std::string>> NodeTable::place(Number
     if (node == m_nodes.end() || node->second.parent == 0)
         return std::nullopt;
     return std::pair(node->second.parent, node->second.name);
-}
-
-std::optional<struct stat> NodeTable::remembered(Number number) const {
-    const std::lock_guard lock(m_mutex);
-    const auto node = m_nodes.find(number);
-    return node == m_nodes.end() ? std::nullopt : node->second.attributes;
-}
-
-std::optional<struct stat> NodeTable::rememberedSince(Number number, TimePoint time) const {
-    const std::lock_guard lock(m_mutex);
-    const auto node = m_nodes.find(number);
-    if (node == m_nodes.end() || node->second.rememberedAt < time)
-        return std::nullopt;
-    return node->second.attributes;
 }
 
 } // namespace harbrix

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <sys/stat.h>
+#include "mount_smbfs/Answer.h"
 
-#include <chrono>
 #include <cstdint>
 #include <map>
 #include <mutex>
@@ -20,7 +19,6 @@ namespace harbrix {
 class NodeTable {
 public:
     using Number = std::uint64_t;
-    using TimePoint = std::chrono::steady_clock::time_point;
     static constexpr Number root = 1;
 
     NodeTable();
@@ -29,8 +27,7 @@ public:
     [[nodiscard]] Number lookUp(Number parent, const std::string& name);
     /// The same for what the server says of the name just now, which is remembered. If it has come
     /// to mean another file there, it gets another number, and the old one is left without a name.
-    [[nodiscard]] Number lookUp(Number parent, const std::string& name,
-                                const struct stat& attributes);
+    [[nodiscard]] Number lookUp(Number parent, const std::string& name, const Answer& answer);
     void forget(Number number, std::uint64_t lookUps);
 
     /// Below the mounted folder, "a/b"; empty for the root.
@@ -49,10 +46,8 @@ public:
                 const std::string& newName);
 
     /// What the server last said of it, e.g. its identity there.
-    void remember(Number number, const struct stat& attributes);
-    [[nodiscard]] std::optional<struct stat> remembered(Number number) const;
-    /// The same if it was remembered after that time.
-    [[nodiscard]] std::optional<struct stat> rememberedSince(Number number, TimePoint time) const;
+    void remember(Number number, const Answer& answer);
+    [[nodiscard]] std::optional<Answer> remembered(Number number) const;
 
     /// The folder and name of a number that has a name.
     [[nodiscard]] std::optional<std::pair<Number, std::string>> place(Number number) const;
@@ -64,14 +59,12 @@ private:
         std::string name;
         std::uint64_t lookUps = 0;
         std::size_t children = 0;
-        std::optional<struct stat> attributes;
-        TimePoint rememberedAt;
+        std::optional<Answer> answer;
     };
 
     void detach(Number number);
     void attach(Number number, Number parent, const std::string& name);
     [[nodiscard]] Number lookUpLocked(Number parent, const std::string& name);
-    void rememberLocked(Number number, const struct stat& attributes);
     void loseName(Number number);
     void eraseIfUnused(Number number);
     [[nodiscard]] std::optional<std::string> pathLocked(Number number) const;

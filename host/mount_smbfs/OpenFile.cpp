@@ -20,6 +20,8 @@ using std::chrono::steady_clock;
 constexpr std::size_t blocksInFlight = 4;
 // Below this a write is sent by the thread that waits for it; the hop to another costs more.
 constexpr std::size_t smallWrite = std::size_t{256} << 10;
+// The kernel asks for so much at most without having seen a sequence.
+constexpr off_t smallFile = off_t{128} << 10;
 constexpr auto collectFor = 1s;
 constexpr auto impatienceCheck = 250ms;
 // What a writer waits for is bounded by the limit of each transfer; this only ends a lost wake-up.
@@ -39,13 +41,16 @@ OpenFile::OpenFile(FileServices services, PathSource path)
 
 OpenFile::~OpenFile() = default;
 
-Outcome<struct stat> OpenFile::open(Access access, int creationFlags,
-                                    const std::optional<struct stat>& known) {
+Outcome<Answer> OpenFile::open(Access access, int creationFlags,
+                               const std::optional<Answer>& known) {
     m_wanted |= static_cast<int>(access);
     if ((creationFlags & O_TRUNC) != 0) {
         (void) flush();
         m_readAhead.drop();
     }
+    // A small file is read through one handle, so nothing but reading it need be asked.
+    const bool isKnown = known && creationFlags == 0 && access == Access::read &&
+                         known->attributes.st_size <= smallFile;
     const bool isExclusive = (creationFlags & O_EXCL) != 0;
     const CallPlan plan{.repeat = isExclusive ? Repeat::never : Repeat::once,
                         .preferred = m_occupied};
@@ -54,15 +59,30 @@ Outcome<struct stat> OpenFile::open(Access access, int creationFlags,
             const auto file = handleOn(lane, access, creationFlags);
             if (!file)
                 return std::unexpected(file.error());
-            if (known && creationFlags == 0)
-                return *known;
+            if (isKnown)
+                return known->attributes;
             return attributesOn(lane);
         });
+    if (!opened)
+        return std::unexpected(opened.error());
     // Only the first time: all later handles must be of the same file.
     ino_t none = 0;
-    if (opened)
-        m_identity.compare_exchange_strong(none, opened->st_ino);
-    return opened;
+    if (m_identity.compare_exchange_strong(none, opened->st_ino))
+        m_isIdentityCertain = !isKnown;
+    else if (!isKnown && opened->st_ino == m_identity)
+        m_isIdentityCertain = true;
+    return isKnown ? *known : Answer{*opened, steady_clock::now()};
+}
+
+bool OpenFile::isWritable() const {
+    return (m_wanted & static_cast<int>(Access::write)) != 0;
+}
+
+// A further handle could turn out to be of another file than the first; where that could not be
+// told the first one's lane has to do.
+unsigned OpenFile::usableLanes(unsigned allowed) const {
+    const unsigned occupied = m_occupied;
+    return m_isIdentityCertain || occupied == 0 ? allowed : occupied;
 }
 
 Outcome<SMBCFILE*> OpenFile::handleOn(Lane& lane, Access access, int creationFlags) {
@@ -157,7 +177,7 @@ void OpenFile::close() {
 
 Outcome<std::size_t> OpenFile::fetch(std::span<char> buffer, off_t offset, unsigned allowedLanes) {
     const CallPlan plan{
-        .kind = CallKind::transfer, .allowed = allowedLanes, .preferred = m_occupied};
+        .kind = CallKind::transfer, .allowed = usableLanes(allowedLanes), .preferred = m_occupied};
     return m_services.link.call(plan, [&](Lane& lane) -> Outcome<std::size_t> {
         const auto file = handleOn(lane, Access::read);
         if (!file)
@@ -187,7 +207,7 @@ Outcome<ReadResult> OpenFile::read(std::size_t size, off_t offset) {
 
 Outcome<void> OpenFile::send(const WriteBlock& block, unsigned allowedLanes) {
     const CallPlan plan{
-        .kind = CallKind::transfer, .allowed = allowedLanes, .preferred = m_occupied};
+        .kind = CallKind::transfer, .allowed = usableLanes(allowedLanes), .preferred = m_occupied};
     return m_services.link.call(plan, [&](Lane& lane) -> Outcome<void> {
         const auto file = handleOn(lane, Access::write);
         if (!file)
@@ -371,7 +391,8 @@ Outcome<void> OpenFile::truncate(off_t size) {
         return drained;
     m_readAhead.drop();
     // The lock stays: a write that came in between would be cut off or not, by chance.
-    return m_services.link.call({.preferred = m_occupied}, [&](Lane& lane) -> Outcome<void> {
+    const CallPlan plan{.allowed = usableLanes(~0U), .preferred = m_occupied};
+    return m_services.link.call(plan, [&](Lane& lane) -> Outcome<void> {
         const auto file = handleOn(lane, Access::write);
         if (!file)
             return std::unexpected(file.error());
@@ -379,14 +400,17 @@ Outcome<void> OpenFile::truncate(off_t size) {
     });
 }
 
-Outcome<struct stat> OpenFile::attributes() {
+Outcome<Answer> OpenFile::attributes() {
     {
         Lock lock(m_mutex);
         // A failed write is told to the writer; whoever asks for the size gets the server's answer.
         (void) drain(lock);
     }
-    return m_services.link.call({.preferred = m_occupied},
-                                [&](Lane& lane) { return attributesOn(lane); });
+    const CallPlan plan{.allowed = usableLanes(~0U), .preferred = m_occupied};
+    const auto info = m_services.link.call(plan, [&](Lane& lane) { return attributesOn(lane); });
+    if (!info)
+        return std::unexpected(info.error());
+    return Answer{*info, steady_clock::now()};
 }
 
 } // namespace harbrix

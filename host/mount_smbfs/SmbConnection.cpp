@@ -25,6 +25,9 @@ std::timed_mutex connectMutex;
 // Longer than any limit of ours: cut() ends what takes too long, not the library.
 constexpr int libraryTimeoutMilliseconds = 40'000;
 
+// FILE_ATTRIBUTE_REPARSE_POINT of MS-FSCC, 2.6.
+constexpr unsigned reparsePoint = 0x400;
+
 bool isConnectionError(int error) {
     switch (error) {
     case ECONNABORTED:
@@ -269,7 +272,7 @@ Outcome<std::vector<ListedEntry>> SmbConnection::list(const std::string& path) {
     while (const auto* entry = smbc_getFunctionReaddirPlus2(m_context)(m_context, folder, &info)) {
         const std::string_view name = entry->name;
         if (name != "." && name != "..")
-            entries.push_back({nameFromServer(name), info});
+            entries.push_back({nameFromServer(name), info, (entry->attrs & reparsePoint) != 0});
         errno = 0;
     }
     (void) smbc_getFunctionClosedir(m_context)(m_context, folder);
