@@ -1,6 +1,6 @@
 #include "mount_nfs/program/KernelClient.h"
 
-#include "common/FileDescriptor.h"
+#include "base/UniqueDescriptor.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -35,8 +35,8 @@ Run run(std::vector<std::string> command) {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)
         return result;
-    FileDescriptor readEnd(ends[0]);
-    FileDescriptor writeEnd(ends[1]);
+    UniqueDescriptor readEnd(ends[0]);
+    UniqueDescriptor writeEnd(ends[1]);
     std::vector<char*> arguments;
     for (std::string& part : command)
         arguments.push_back(part.data());

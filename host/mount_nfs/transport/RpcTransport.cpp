@@ -120,7 +120,7 @@ void RpcTransport::connect() {
         return;
     const Address& address = m_addresses[m_nextAddress++ % m_addresses.size()];
     const int family = address.storage.ss_family;
-    FileDescriptor fd(::socket(family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+    UniqueDescriptor fd(::socket(family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
     if (!fd)
         return lost(errnoText(errno));
     const int on = 1;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/FileDescriptor.h"
+#include "base/UniqueDescriptor.h"
 #include "mount_nfs/protocol/Rpc.h"
 #include "mount_nfs/transport/EventLoop.h"
 #include "mount_nfs/transport/RecordReader.h"
@@ -78,7 +78,7 @@ private:
     SourcePort m_sourcePort;
     bool m_reservedPortRefused = false;
 
-    FileDescriptor m_socket;
+    UniqueDescriptor m_socket;
     bool m_up = false;
     bool m_wantsWrite = false;
     std::uint64_t m_connection = 0; ///< Counts connections, so that a loop over one sees its end.
