@@ -50,6 +50,7 @@ signals:
 private:
     [[nodiscard]] std::unique_ptr<StatusMenu> makeMenu();
     void choose(MenuCommand command);
+    void popUpMenu();
     void setTint(MenuBarIconState state);
     void menuWillOpen();
     void scheduleRebuild();
@@ -66,6 +67,7 @@ private:
     bool m_rebuildIsScheduled = false;
     bool m_menuIsOpen = false;
     bool m_hostTellsClosing = false; ///< only then "open" can be believed
+    bool m_poppedUp = false;         ///< shown by us, not by the host
 };
 
 /// The colour of the status item, the same on light and dark panels.

@@ -5,8 +5,8 @@
 
 namespace harbrix {
 
-/// Lines of items that wrap. Within each line the items of the trailing group stand at the trailing
-/// edge.
+/// Items in one line, those of the trailing group at its trailing edge. Where that is too narrow
+/// the trailing group gets lines of its own, and either group wraps.
 class FlowLayout : public QLayout {
     Q_OBJECT
 
