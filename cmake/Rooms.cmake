@@ -15,11 +15,14 @@ if(HARBRIX_SANITIZERS)
   target_link_options(harbrix_flags INTERFACE -fsanitize=${HARBRIX_SANITIZERS})
 endif()
 
-# harbrix_room(name LINKS targets... [PCH header]): a static library of all sources in the current
+# harbrix_room(name LINKS targets... [EXCLUDE files...]): a static library of all sources in the current
 # folder. Its link list is the rule for what it may include: a room sees the rooms it links, no others.
 function(harbrix_room name)
-  cmake_parse_arguments(ROOM "" "" "LINKS" ${ARGN})
+  cmake_parse_arguments(ROOM "" "" "LINKS;EXCLUDE" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS *.cpp *.h)
+  foreach(file ${ROOM_EXCLUDE})
+    list(REMOVE_ITEM sources ${CMAKE_CURRENT_SOURCE_DIR}/${file})
+  endforeach()
   add_library(${name} STATIC ${sources})
   target_link_libraries(${name} PUBLIC harbrix_flags ${ROOM_LINKS})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)

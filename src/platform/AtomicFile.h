@@ -13,6 +13,9 @@ namespace harbrix {
 [[nodiscard]] Result<void, SystemError> replaceFile(const QString& path,
                                                     const QByteArray& contents);
 
+/// Makes the directories that the path lies below where they are missing, with mode 0700.
+[[nodiscard]] Result<void, SystemError> makePrivateParent(const QString& path);
+
 /// The whole file; the error is ENOENT where there is none. Any thread.
 [[nodiscard]] Result<QByteArray, SystemError> readFile(const QString& path);
 

@@ -6,6 +6,7 @@
 #include <QMap>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -53,5 +54,20 @@ public:
     /// The text of a status for messages, if there is one.
     [[nodiscard]] static std::optional<QString> statusText(int status);
 };
+
+class BusAddress;
+
+/// The user's secret store. Where the Secret Service is on the session bus, running or startable,
+/// secrets are there; otherwise they are in the file, mode 0600, and `onFileUsed` is called once,
+/// on the thread of the first call that uses it, so that the log can warn.
+///
+/// It is looked for at each call. One that comes late is used from then on, and what the file holds
+/// moves over as it is asked for. One that was there and has gone gives NotAvailable: a secret that
+/// the user trusted to the keyring is not written to a file behind his back. A locked keyring gives
+/// InteractionNotAllowed. The user is asked for something in one case only, at most once per
+/// program run: to store a secret where no keyring exists at all, so that one must be made.
+[[nodiscard]] std::unique_ptr<SecretStore> createSecretStore(const BusAddress& sessionBus,
+                                                             const QString& filePath,
+                                                             std::function<void()> onFileUsed);
 
 } // namespace harbrix

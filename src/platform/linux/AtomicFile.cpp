@@ -52,9 +52,12 @@ Result<void, SystemError> writeAndSync(int descriptor, const QByteArray& content
 
 } // namespace
 
+Result<void, SystemError> makePrivateParent(const QString& path) {
+    return makePrivateDirectories(parentOf(path));
+}
+
 Result<void, SystemError> replaceFile(const QString& path, const QByteArray& contents) {
-    const QString directory = parentOf(path);
-    if (const auto made = makePrivateDirectories(directory); !made)
+    if (const auto made = makePrivateParent(path); !made)
         return made;
     QByteArray beside = QFile::encodeName(path) + ".XXXXXX";
     // mkostemp gives mode 0600 whatever the umask.
@@ -70,7 +73,7 @@ Result<void, SystemError> replaceFile(const QString& path, const QByteArray& con
     }
     // The rename itself is durable only once the directory is; some file systems cannot sync one.
     const UniqueDescriptor parent(
-        ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        ::open(QFile::encodeName(parentOf(path)).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (parent)
         ::fsync(parent.get());
     return {};

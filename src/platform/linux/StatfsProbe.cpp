@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <condition_variable>
+#include <system_error>
 #include <thread>
 
 namespace harbrix {
@@ -33,10 +34,15 @@ StatfsProbe::Outcome StatfsProbe::ask(int mountId, UniqueDescriptor path,
     std::shared_ptr<Question>& open = m_board->open[mountId];
     if (!open) {
         open = std::make_shared<Question>();
-        // Detached, since a server may leave it waiting for ever.
-        std::thread([board = m_board, mountId, file = std::move(path)] {
-            answer(board, mountId, file.get());
-        }).detach();
+        try {
+            // Detached, since a server may leave it waiting for ever.
+            std::thread([board = m_board, mountId, file = std::move(path)] {
+                answer(board, mountId, file.get());
+            }).detach();
+        } catch (const std::system_error&) {
+            m_board->open.erase(mountId);
+            return {};
+        }
     }
     const auto question = open;
     question->answered.wait_until(lock, question->put + limit,

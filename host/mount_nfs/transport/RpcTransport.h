@@ -1,0 +1,93 @@
+#pragma once
+
+#include "common/FileDescriptor.h"
+#include "protocol/Rpc.h"
+#include "transport/EventLoop.h"
+#include "transport/RecordReader.h"
+
+#include <netinet/in.h>
+#include <sys/socket.h>
+
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace harbrix::nfs {
+
+/// A socket address of either family.
+struct Address {
+    sockaddr_storage storage{};
+    socklen_t length = 0;
+};
+
+enum class SourcePort { Any, Reserved };
+
+/// What the transport tells the session above it.
+class TransportListener {
+public:
+    virtual ~TransportListener() = default;
+    /// A new connection stands; nothing of the old one will be answered.
+    virtual void transportUp() = 0;
+    /// The connection, or an attempt to make one, has failed. The transport tries again by itself.
+    virtual void transportDown(const std::string& reason) = 0;
+    /// A reply has come. `record` keeps the bytes alive that `reply` points into.
+    virtual void transportReply(const RpcReply& reply, const Record& record) = 0;
+};
+
+/// One TCP connection to the server at a time, made anew with growing pauses whenever it is lost.
+class RpcTransport {
+public:
+    RpcTransport(EventLoop& loop, BufferPool& pool, std::vector<Address> addresses,
+                 SourcePort sourcePort, TransportListener& listener);
+    ~RpcTransport();
+    RpcTransport(const RpcTransport&) = delete;
+    RpcTransport& operator=(const RpcTransport&) = delete;
+
+    void start() { connect(); }
+    /// Drops the connection and makes another one at once.
+    void restart(const std::string& reason);
+    [[nodiscard]] bool isUp() const { return m_up; }
+    /// No reserved port could be had, so connections come from any port.
+    [[nodiscard]] bool reservedPortRefused() const { return m_reservedPortRefused; }
+    void setSourcePort(SourcePort port) { m_sourcePort = port; }
+
+    /// Queues a message; it goes out before the loop sleeps. Only while up. The bytes stay with the
+    /// caller.
+    void send(std::shared_ptr<const Message> message);
+
+private:
+    void connect();
+    void connected();
+    void lost(const std::string& reason);
+    void close();
+    void onEvents(std::uint32_t events);
+    void receive();
+    void flush();
+    [[nodiscard]] bool bindReserved(int fd, int family);
+
+    EventLoop& m_loop;
+    TransportListener& m_listener;
+    std::vector<Address> m_addresses;
+    std::size_t m_nextAddress = 0;
+    SourcePort m_sourcePort;
+    bool m_reservedPortRefused = false;
+
+    FileDescriptor m_socket;
+    bool m_up = false;
+    bool m_wantsWrite = false;
+    std::uint64_t m_connection = 0; ///< Counts connections, so that a loop over one sees its end.
+    unsigned m_failures = 0;
+    std::optional<EventLoop::TimerId> m_timer;
+    RecordReader m_reader;
+
+    struct Outgoing {
+        std::shared_ptr<const Message> message;
+        std::size_t sent = 0;
+        std::size_t total = 0;
+    };
+    std::deque<Outgoing> m_outgoing;
+};
+
+} // namespace harbrix::nfs

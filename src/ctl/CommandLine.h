@@ -1,0 +1,56 @@
+#pragma once
+
+#include "ctl/ExitCode.h"
+
+#include <QJsonObject>
+#include <QString>
+#include <QStringList>
+
+#include <expected>
+
+namespace harbrix {
+
+/// What the user asked harbrixctl to do.
+struct Invocation {
+    enum class Command {
+        List,
+        Status,
+        Add,
+        Edit,
+        Remove,
+        Mount,
+        Unmount,
+        MountAll,
+        UnmountAll,
+        Watch,
+        Quit
+    };
+    enum class Password {
+        NotWanted,
+        FromStandardInput,
+        FromTerminal,
+        /// From the terminal if there is one, else it is wrong usage.
+        Needed
+    };
+
+    Command command = Command::List;
+    QString share;        ///< name or id; empty for all
+    QJsonObject settings; ///< of add and edit, as the program takes them
+    Password password = Password::NotWanted;
+    bool json = false;
+    bool mountAfterwards = false;
+
+    bool operator==(const Invocation&) const = default;
+};
+
+/// Why nothing is to be done: a text for standard output (help, version) when the code is
+/// Succeeded, else one line for standard error.
+struct EarlyEnd {
+    ExitCode code = WrongUsage;
+    QString text;
+};
+
+/// `arguments` begins with the program's name. Needs a QCoreApplication for the texts of --help.
+[[nodiscard]] std::expected<Invocation, EarlyEnd> parseCommandLine(const QStringList& arguments);
+
+} // namespace harbrix

@@ -1,0 +1,17 @@
+#pragma once
+
+namespace harbrix::remote {
+
+// The names under which the running program is reached on the session bus, for both sides.
+
+inline constexpr auto service = "com.harbrix.app";
+inline constexpr auto path = "/com/harbrix/RemoteControl";
+inline constexpr auto interface = "com.harbrix.RemoteControl1";
+
+// The errors that a call can end with, beside those of the bus itself.
+
+inline constexpr auto noSuchShareError = "com.harbrix.Error.NoSuchShare";
+inline constexpr auto ambiguousNameError = "com.harbrix.Error.AmbiguousName";
+inline constexpr auto invalidSettingError = "com.harbrix.Error.InvalidSetting";
+
+} // namespace harbrix::remote

@@ -1,0 +1,153 @@
+#include "ui/widgets/GroupedForm.h"
+
+#include <QAbstractButton>
+#include <QMouseEvent>
+#include <QPainter>
+
+namespace harbrix {
+namespace {
+
+constexpr qreal cardRadius = 8;
+constexpr int labelGap = spacing::regular;
+constexpr int narrowestField = 168;
+
+} // namespace
+
+CardFrame::CardFrame(QWidget* parent) : QWidget(parent), m_rows(new QVBoxLayout(this)) {
+    m_rows->setContentsMargins(0, 1, 0, 1);
+    m_rows->setSpacing(0);
+}
+
+void CardFrame::addRow(QWidget* row) {
+    m_rows->addWidget(row);
+}
+
+void CardFrame::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(color(Tint::separator, palette()));
+    painter.setBrush(color(Tint::card, palette()));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cardRadius, cardRadius);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    bool first = true;
+    for (int index = 0; index < m_rows->count(); ++index) {
+        const QWidget* row = m_rows->itemAt(index)->widget();
+        if (row->isHidden())
+            continue;
+        if (!first)
+            painter.fillRect(QRect(spacing::medium, row->y(), width() - 2 * spacing::medium, 1),
+                             color(Tint::separator, palette()));
+        first = false;
+    }
+}
+
+FormRow::FormRow(QWidget* control, QWidget* parent)
+    : QWidget(parent), m_label(new TextLabel(TextRole::body, Tint::primary)), m_control(control),
+      m_layout(new QBoxLayout(QBoxLayout::LeftToRight, this)),
+      m_compact(qobject_cast<QAbstractButton*>(control) != nullptr) {
+    m_layout->setContentsMargins(spacing::medium, spacing::small, spacing::medium, spacing::small);
+    m_layout->addWidget(m_label, m_compact ? 1 : 0);
+    m_layout->addWidget(m_control, m_compact ? 0 : 1);
+    m_layout->setSpacing(labelGap);
+    m_label->setBuddy(m_control);
+    m_label->setMinimumHeight(m_compact ? 28 : 0);
+    m_label->setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+void FormRow::setText(const QString& text) {
+    m_label->setText(text);
+    m_control->setAccessibleName(text);
+}
+
+int FormRow::labelWidth() const {
+    return m_compact ? 0 : m_label->fontMetrics().horizontalAdvance(m_label->text());
+}
+
+void FormRow::mouseReleaseEvent(QMouseEvent* event) {
+    // The whole row of a switch is its target, as its label stands far from it.
+    if (auto* button = qobject_cast<QAbstractButton*>(m_control);
+        button && event->button() == Qt::LeftButton && rect().contains(event->position().toPoint()))
+        button->click();
+    QWidget::mouseReleaseEvent(event);
+}
+
+void FormRow::setStacked(bool stacked, int labelColumn) {
+    if (m_compact)
+        return;
+    m_layout->setDirection(stacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    m_layout->setSpacing(stacked ? spacing::tight : labelGap);
+    m_label->setMinimumWidth(stacked ? 0 : labelColumn);
+    m_label->setMaximumWidth(stacked ? QWIDGETSIZE_MAX : labelColumn);
+}
+
+FormSection::FormSection(QWidget* parent)
+    : QWidget(parent), m_title(new TextLabel(TextRole::headline, Tint::primary)),
+      m_card(new CardFrame) {
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(spacing::small);
+    m_title->setContentsMargins(spacing::tight, 0, spacing::tight, 0);
+    column->addWidget(m_title);
+    column->addWidget(m_card);
+}
+
+void FormSection::setTitle(const QString& title) {
+    m_title->setText(title);
+    m_card->setAccessibleName(title);
+}
+
+FormRow* FormSection::addRow(QWidget* control) {
+    auto* row = new FormRow(control);
+    m_rows << row;
+    m_card->addRow(row);
+    return row;
+}
+
+TextLabel* FormSection::addNote(Tint tint) {
+    auto* note = new TextLabel(TextRole::caption, tint);
+    note->setContentsMargins(spacing::medium, spacing::small, spacing::medium, spacing::small);
+    m_card->addRow(note);
+    return note;
+}
+
+void FormSection::addContent(QWidget* content) {
+    m_card->addRow(content);
+}
+
+GroupedForm::GroupedForm(QWidget* parent) : QWidget(parent), m_sections(new QVBoxLayout(this)) {
+    m_sections->setContentsMargins(spacing::regular, spacing::regular, spacing::regular,
+                                   spacing::huge);
+    m_sections->setSpacing(spacing::huge);
+    m_sections->addStretch();
+}
+
+FormSection* GroupedForm::addSection() {
+    auto* section = new FormSection;
+    m_all << section;
+    m_sections->insertWidget(m_sections->count() - 1, section);
+    return section;
+}
+
+void GroupedForm::arrangeRows() {
+    int labelColumn = 0;
+    for (const FormSection* section : m_all)
+        for (const FormRow* row : section->rows())
+            if (!row->isHidden())
+                labelColumn = std::max(labelColumn, row->labelWidth());
+    const int available =
+        std::min(width(), widest) - 2 * spacing::regular - 2 * spacing::medium - labelGap;
+    const bool stacked = labelColumn + narrowestField > available;
+    for (const FormSection* section : m_all)
+        for (FormRow* row : section->rows())
+            row->setStacked(stacked, labelColumn);
+}
+
+void GroupedForm::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    // Wider windows get wider margins instead of endless fields.
+    const int margin = std::max(int(spacing::regular), (width() - widest) / 2 + spacing::regular);
+    m_sections->setContentsMargins(margin, spacing::regular, margin, spacing::huge);
+    arrangeRows();
+}
+
+} // namespace harbrix
