@@ -1,0 +1,277 @@
+#include "files/CacheManager.h"
+
+#include "base/Scheduler.h"
+#include "base/Worker.h"
+#include "files/CacheStorage.h"
+#include "files/FileUrl.h"
+#include "platform/UserDefaults.h"
+#include "services/LogManager.h"
+
+#include <QFileInfo>
+
+namespace harbrix {
+
+CacheManager::CacheManager(UserDefaults& defaults, Scheduler& scheduler,
+                           const QString& cachesDirectory)
+    : m_defaults(defaults), m_scheduler(scheduler),
+      m_defaultCacheDirectory(
+          QUrl::fromLocalFile(cachesDirectory + QStringLiteral("/Harbrix/FileCache"))) {
+    m_flows.launch(start());
+}
+
+CacheManager::~CacheManager() = default;
+
+QUrl CacheManager::cacheDirectory() const {
+    const QString location = m_defaults.text(cacheLocationKey).value_or(QString());
+    if (location.isEmpty())
+        return m_defaultCacheDirectory;
+    return QUrl::fromLocalFile(QFileInfo(location).absoluteFilePath());
+}
+
+qint64 CacheManager::effectiveMaxSize() const {
+    return m_defaults.integer(maxCacheSizeKey).value_or(defaultMaxSize);
+}
+
+Task<void> CacheManager::start() {
+    // The first in the queue, so that every operation finds the index read.
+    auto waiting = m_queue.turn();
+    const auto turn = co_await waiting;
+    auto making = onWorker([path = nativePath(cacheDirectory())] {
+        (void) makeCacheDirectory(path);
+        removeUnfinishedIndexes(path);
+    });
+    co_await making;
+    auto reading = readIndex();
+    co_await reading;
+    updateStatistics();
+    m_isLoaded = true;
+    const auto waiters = std::exchange(m_waitingForLoad, {});
+    for (const auto& tell : waiters)
+        tell({});
+}
+
+Completion<std::monostate> CacheManager::loaded() {
+    Completion<std::monostate> completion;
+    if (m_isLoaded)
+        completion.resolver()({});
+    else
+        m_waitingForLoad.push_back(completion.resolver());
+    return completion;
+}
+
+Task<std::optional<CacheEntry>> CacheManager::cacheFile(QUrl sourceURL, QUuid configID,
+                                                        QString relativePath) {
+    auto storing = store(sourceURL, configID, relativePath);
+    auto entry = co_await storing;
+    if (entry) {
+        auto written = saved();
+        co_await written;
+    }
+    co_return entry;
+}
+
+Task<std::optional<CacheEntry>> CacheManager::store(QUrl sourceURL, QUuid configID,
+                                                    QString relativePath) {
+    auto waiting = m_queue.turn();
+    const auto turn = co_await waiting;
+    const QByteArray path = nativePath(sourceURL);
+    auto looking = onWorker([path] { return readSourceAttributes(path); });
+    const auto attributes = co_await looking;
+    if (!attributes) {
+        log(LogLevel::warning,
+            QStringLiteral("Cannot read file attributes for caching: ") + pathText(sourceURL),
+            LogCategory::cache);
+        co_return std::nullopt;
+    }
+    if (attributes->size > maxSingleFileSize) {
+        log(LogLevel::info,
+            QStringLiteral("Skipping cache for large file (%1 bytes): ").arg(attributes->size) +
+                lastPathComponent(sourceURL),
+            LogCategory::cache);
+        co_return std::nullopt;
+    }
+    if (const CacheEntry* present = m_index.find(configID, relativePath)) {
+        auto touched = m_index.touch(present->id, m_scheduler.wallClock());
+        indexChanged();
+        co_return touched;
+    }
+    auto copying =
+        copyAndEnter(sourceURL, configID, relativePath, attributes->size, attributes->isDirectory);
+    auto entry = co_await copying;
+    co_return entry;
+}
+
+Task<std::optional<CacheEntry>> CacheManager::copyAndEnter(QUrl sourceURL, QUuid configID,
+                                                           QString relativePath, qint64 size,
+                                                           bool isDirectory) {
+    if (!isSafeRelativePath(relativePath)) {
+        log(LogLevel::error,
+            QStringLiteral("Failed to cache file: the path leads out of the cache: ") +
+                relativePath,
+            LogCategory::cache);
+        co_return std::nullopt;
+    }
+    setProcessing(true);
+    auto evicting = evict(size);
+    co_await evicting;
+    const CopyTarget target{nativePath(cacheDirectory()), cacheFolderName(configID).toLatin1(),
+                            relativePath.toUtf8()};
+    auto copying = onWorker([source = nativePath(sourceURL), target] {
+        return copyIntoCache(source, target, maxSingleFileSize);
+    });
+    const auto copied = co_await copying;
+    if (!copied) {
+        log(LogLevel::error, QStringLiteral("Failed to cache file: ") + copied.error().description,
+            LogCategory::cache);
+        setProcessing(false);
+        co_return std::nullopt;
+    }
+    CacheEntry entry;
+    entry.id = QUuid::createUuid();
+    entry.configID = configID;
+    entry.relativePath = relativePath;
+    entry.localURL = fileUrl(target.path());
+    entry.fileSize = size;
+    entry.isDirectory = isDirectory;
+    entry.fileName = lastPathComponent(sourceURL);
+    entry.cachedAt = m_scheduler.wallClock();
+    entry.lastAccessedAt = entry.cachedAt;
+    m_index.insert(entry);
+    indexChanged();
+    log(LogLevel::info, QStringLiteral("Cached file: %1 (%2 bytes)").arg(entry.fileName).arg(size),
+        LogCategory::cache);
+    setProcessing(false);
+    co_return entry;
+}
+
+void CacheManager::offer(const QUrl& sourceURL, const QUuid& configID,
+                         const QString& relativePath) {
+    const auto sizeBefore = m_offered.size();
+    m_offered.insert({configID, relativePath});
+    if (m_offered.size() == sizeBefore)
+        return;
+    m_offers.push_back({sourceURL, configID, relativePath});
+    if (!m_isServingOffers)
+        m_flows.launch(serveOffers());
+}
+
+Task<void> CacheManager::serveOffers() {
+    m_isServingOffers = true;
+    while (!m_offers.empty()) {
+        const Offer offer = std::move(m_offers.front());
+        m_offers.pop_front();
+        // The save runs beside the next copy.
+        auto storing = store(offer.sourceURL, offer.configID, offer.relativePath);
+        co_await storing;
+        m_offered.remove({offer.configID, offer.relativePath});
+    }
+    m_isServingOffers = false;
+}
+
+Task<void> CacheManager::evictIfNeeded(qint64 requiredSpace) {
+    {
+        auto waiting = m_queue.turn();
+        const auto turn = co_await waiting;
+        auto evicting = evict(requiredSpace);
+        co_await evicting;
+    }
+    auto written = saved();
+    co_await written;
+}
+
+Task<void> CacheManager::evict(qint64 requiredSpace) {
+    // Beyond what 64 bits hold, all has to go, and nothing less.
+    qint64 excess = 0;
+    if (__builtin_add_overflow(m_index.totalSize(), requiredSpace, &excess) ||
+        __builtin_sub_overflow(excess, effectiveMaxSize(), &excess))
+        excess = std::numeric_limits<qint64>::max();
+    const auto victims = m_index.oldest(excess);
+    if (victims.empty())
+        co_return;
+    auto removing = onWorker([victims] {
+        for (const CacheEntry& victim : victims)
+            removeCopy(victim);
+    });
+    co_await removing;
+    for (const CacheEntry& victim : victims) {
+        log(LogLevel::debug, QStringLiteral("Evicted cache entry (LRU): ") + victim.fileName,
+            LogCategory::cache);
+        m_index.remove(victim.id);
+    }
+    auto sweeping =
+        onWorker([path = nativePath(cacheDirectory())] { sweepEmptyDirectories(path); });
+    co_await sweeping;
+    indexChanged();
+    log(LogLevel::info, QStringLiteral("LRU eviction: removed %1 entries").arg(victims.size()),
+        LogCategory::cache);
+}
+
+Task<void> CacheManager::removeEntry(QUuid id) {
+    {
+        auto waiting = m_queue.turn();
+        const auto turn = co_await waiting;
+        const CacheEntry* found = m_index.find(id);
+        if (!found)
+            co_return;
+        const CacheEntry entry = *found;
+        auto removing = onWorker([entry] { removeCopy(entry); });
+        co_await removing;
+        m_index.remove(id);
+        indexChanged();
+        log(LogLevel::debug, QStringLiteral("Removed cache entry: ") + entry.fileName,
+            LogCategory::cache);
+    }
+    auto written = saved();
+    co_await written;
+}
+
+Task<void> CacheManager::clearAllCache() {
+    {
+        auto waiting = m_queue.turn();
+        const auto turn = co_await waiting;
+        const QUrl directory = cacheDirectory();
+        const auto ownership = directory == m_defaultCacheDirectory ? CacheOwnership::WholeDirectory
+                                                                    : CacheOwnership::OwnFilesOnly;
+        // A save that is still being written would bring the directory back half way through.
+        auto written = saved();
+        co_await written;
+        auto clearing = onWorker([path = nativePath(directory), ownership] {
+            clearCacheDirectory(path, ownership);
+            (void) makeCacheDirectory(path);
+        });
+        co_await clearing;
+        m_index = {};
+        indexChanged();
+        log(LogLevel::info, QStringLiteral("Cleared all cache"), LogCategory::cache);
+    }
+    auto written = saved();
+    co_await written;
+}
+
+void CacheManager::indexChanged() {
+    requestSave();
+    updateStatistics();
+}
+
+void CacheManager::updateStatistics() {
+    const CacheStatistics figures{static_cast<int>(m_index.size()), m_index.totalSize(),
+                                  effectiveMaxSize()};
+    if (figures == m_statistics)
+        return;
+    m_statistics = figures;
+    emit changed();
+}
+
+void CacheManager::setProcessing(bool isProcessing) {
+    if (m_isProcessing == isProcessing)
+        return;
+    m_isProcessing = isProcessing;
+    emit changed();
+}
+
+void CacheManager::publishEntries(CacheIndex::Snapshot entries) {
+    m_entries = std::move(entries);
+    emit changed();
+}
+
+} // namespace harbrix

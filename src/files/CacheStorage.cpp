@@ -1,0 +1,204 @@
+#include "files/CacheStorage.h"
+
+#include "files/FileIo.h"
+#include "files/FileUrl.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+
+namespace harbrix {
+namespace {
+
+constexpr std::size_t bufferSize = 256 * 1024;
+
+/// Opens a directory below another one, after making it if need be.
+Result<UniqueDescriptor, SystemError> enterDirectory(int parent, const QByteArray& name) {
+    if (::mkdirat(parent, name.constData(), 0700) != 0 && errno != EEXIST)
+        return lastError();
+    UniqueDescriptor directory(
+        ::openat(parent, name.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!directory)
+        return lastError();
+    return directory;
+}
+
+/// The directory that is to hold the copy.
+Result<UniqueDescriptor, SystemError> enterTargetDirectory(const CopyTarget& target) {
+    constexpr int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+    UniqueDescriptor directory(::open(target.cacheDirectory.constData(), flags));
+    if (!directory) {
+        if (const auto made = makeCacheDirectory(target.cacheDirectory); !made)
+            return std::unexpected(made.error());
+        directory.reset(::open(target.cacheDirectory.constData(), flags));
+        if (!directory)
+            return lastError();
+    }
+    QList<QByteArray> steps = target.relativePath.split('/');
+    steps.last() = target.folder;
+    std::rotate(steps.begin(), steps.end() - 1, steps.end());
+    for (const QByteArray& step : steps) {
+        auto inner = enterDirectory(directory.get(), step);
+        if (!inner)
+            return inner;
+        directory = std::move(*inner);
+    }
+    return directory;
+}
+
+Result<void, SystemError> copyBytes(int from, int to, qint64 size, qint64 largest) {
+    const auto wanted = static_cast<std::size_t>(std::max<qint64>(size, 0)) + 1;
+    const std::size_t capacity = std::min(wanted, bufferSize);
+    const auto buffer = std::make_unique_for_overwrite<char[]>(capacity);
+    for (qint64 copied = 0;;) {
+        const auto count = readFully(from, {buffer.get(), capacity});
+        if (!count)
+            return std::unexpected(count.error());
+        copied += static_cast<qint64>(*count);
+        // The source may have grown since it was looked at, or have no end at all.
+        if (copied > largest)
+            return std::unexpected(systemError(EFBIG));
+        if (const auto written = writeFully(to, {buffer.get(), *count}); !written)
+            return written;
+        if (*count < capacity)
+            return {};
+    }
+}
+
+Result<void, SystemError> makeRoomFor(int directory, const QByteArray& name,
+                                      const struct stat& source) {
+    struct stat existing {};
+    if (::fstatat(directory, name.constData(), &existing, AT_SYMLINK_NOFOLLOW) != 0)
+        return errno == ENOENT ? Result<void, SystemError>() : lastError();
+    if (existing.st_dev == source.st_dev && existing.st_ino == source.st_ino)
+        return std::unexpected(
+            SystemError{EINVAL, QStringLiteral("The file would be replaced by itself")});
+    return removeTree(directory, name);
+}
+
+Result<void, SystemError> copyFile(const QByteArray& source, int directory, const QByteArray& name,
+                                   qint64 largest) {
+    struct stat status {};
+    const auto from = openForReading(source, status);
+    if (!from)
+        return std::unexpected(from.error());
+    if (!S_ISREG(status.st_mode))
+        return std::unexpected(SystemError{EINVAL, QStringLiteral("Not a regular file")});
+    if (auto room = makeRoomFor(directory, name, status); !room)
+        return room;
+    UniqueDescriptor to(::openat(directory, name.constData(),
+                                 O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (!to)
+        return lastError();
+    auto copied = copyBytes(from->get(), to.get(), status.st_size, largest);
+    // What could not be written earlier may be told only now.
+    if (copied && ::close(to.release()) != 0 && errno != EINTR)
+        copied = lastError();
+    if (!copied)
+        ::unlinkat(directory, name.constData(), 0);
+    return copied;
+}
+
+Result<void, SystemError> copyDirectory(const QByteArray& source, int directory,
+                                        const CopyTarget& target, const QByteArray& name) {
+    struct stat status {};
+    if (::stat(source.constData(), &status) != 0)
+        return lastError();
+    if (auto room = makeRoomFor(directory, name, status); !room)
+        return room;
+    std::error_code error;
+    std::filesystem::copy(source.toStdString(), target.path().toStdString(),
+                          std::filesystem::copy_options::recursive |
+                              std::filesystem::copy_options::skip_symlinks,
+                          error);
+    if (!error)
+        return {};
+    removeTree(directory, name);
+    return std::unexpected(systemError(error.value()));
+}
+
+} // namespace
+
+std::optional<SourceAttributes> readSourceAttributes(const QByteArray& path) {
+    struct stat status {};
+    if (path.isEmpty() || ::stat(path.constData(), &status) != 0)
+        return std::nullopt;
+    return SourceAttributes{status.st_size, S_ISDIR(status.st_mode)};
+}
+
+QByteArray CopyTarget::path() const {
+    return cacheDirectory + '/' + folder + '/' + relativePath;
+}
+
+Result<void, SystemError> makeCacheDirectory(const QByteArray& path) {
+    if (::mkdir(path.constData(), 0700) == 0 || errno == EEXIST)
+        return {};
+    const qsizetype slash = path.lastIndexOf('/');
+    if (errno != ENOENT || slash <= 0)
+        return lastError();
+    if (auto made = makeCacheDirectory(path.left(slash)); !made)
+        return made;
+    if (::mkdir(path.constData(), 0700) != 0 && errno != EEXIST)
+        return lastError();
+    return {};
+}
+
+Result<void, SystemError> copyIntoCache(const QByteArray& source, const CopyTarget& target,
+                                        qint64 largest) {
+    const auto attributes = readSourceAttributes(source);
+    if (!attributes)
+        return lastError();
+    const auto directory = enterTargetDirectory(target);
+    if (!directory)
+        return std::unexpected(directory.error());
+    const QByteArray name = target.relativePath.mid(target.relativePath.lastIndexOf('/') + 1);
+    if (attributes->isDirectory)
+        return copyDirectory(source, directory->get(), target, name);
+    return copyFile(source, directory->get(), name, largest);
+}
+
+void removeCopy(const CacheEntry& entry) {
+    if (ownsItsCopy(entry))
+        (void) removeTree(AT_FDCWD, nativePath(entry.localURL));
+}
+
+void sweepEmptyDirectories(const QByteArray& cacheDirectory) {
+    const QDir directory(QFile::decodeName(cacheDirectory));
+    for (const QString& name :
+         directory.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks))
+        // rmdir(2) by itself refuses what is not empty.
+        ::rmdir(QFile::encodeName(directory.filePath(name)).constData());
+}
+
+void clearCacheDirectory(const QByteArray& cacheDirectory, CacheOwnership ownership) {
+    if (ownership == CacheOwnership::WholeDirectory) {
+        (void) removeTree(AT_FDCWD, cacheDirectory);
+        return;
+    }
+    static const QRegularExpression folderName(QStringLiteral("^[0-9A-F]{8}\\z"));
+    const QDir directory(QFile::decodeName(cacheDirectory));
+    for (const QString& name :
+         directory.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks)) {
+        if (folderName.match(name).hasMatch())
+            (void) removeTree(AT_FDCWD, QFile::encodeName(directory.filePath(name)));
+    }
+    ::unlink((cacheDirectory + '/' + cacheIndexFileName).constData());
+}
+
+void removeUnfinishedIndexes(const QByteArray& cacheDirectory) {
+    const QDir directory(QFile::decodeName(cacheDirectory));
+    const QString pattern = QLatin1String(cacheIndexFileName) + QStringLiteral(".??????");
+    for (const QString& name : directory.entryList({pattern}, QDir::Files | QDir::NoSymLinks))
+        ::unlink(QFile::encodeName(directory.filePath(name)).constData());
+}
+
+} // namespace harbrix
