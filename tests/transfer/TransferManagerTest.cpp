@@ -1,0 +1,340 @@
+#include "transfer/TransferManager.h"
+
+#include "base/ManualScheduler.h"
+#include "files/RecentFilesTracker.h"
+#include "platform/UserDefaults.h"
+#include "support/WaitUntil.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace harbrix {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr qint64 chunk = TransferManager::chunkSize;
+
+class TransferManagerTest : public testing::Test {
+protected:
+    TransferManagerTest() {
+        QDir(root()).mkpath(QStringLiteral("share"));
+        QDir(root()).mkpath(QStringLiteral("local"));
+        QObject::connect(&manager, &TransferManager::changed, [this] { noteChanges(); });
+    }
+
+    [[nodiscard]] QString root() const { return m_folder.path(); }
+    [[nodiscard]] QString share(const QString& name) const { return root() + "/share/" + name; }
+    [[nodiscard]] QString local(const QString& name) const { return root() + "/local/" + name; }
+
+    static QByteArray pattern(qint64 size) {
+        QByteArray bytes(size, Qt::Uninitialized);
+        for (qint64 place = 0; place < size; ++place)
+            bytes[place] = static_cast<char>(place * 31 + place / chunk);
+        return bytes;
+    }
+    static void write(const QString& path, const QByteArray& contents) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QFile::WriteOnly));
+        ASSERT_EQ(file.write(contents), contents.size());
+    }
+    static std::optional<QByteArray> read(const QString& path) {
+        QFile file(path);
+        return file.open(QFile::ReadOnly) ? std::optional(file.readAll()) : std::nullopt;
+    }
+
+    void download(const QString& name) {
+        manager.enqueueDownload(QUrl::fromLocalFile(share(name)), QUrl::fromLocalFile(local("")));
+    }
+    void settleUntil(const std::function<bool()>& condition) {
+        ASSERT_TRUE(waitUntil([&] {
+            scheduler.advance(100ms);
+            return condition();
+        }));
+    }
+    /// Until this many tasks have arrived and nothing more happens.
+    void finish(std::size_t count) {
+        settleUntil([&] { return manager.tasks().size() == count && !manager.isProcessing(); });
+    }
+    [[nodiscard]] const TransferTask& task(std::size_t place = 0) const {
+        return manager.tasks().at(place);
+    }
+    static QString shown(TransferStatus status) { return rawValue(status); }
+
+    ManualScheduler scheduler;
+
+private:
+    QTemporaryDir m_folder;
+
+protected:
+    UserDefaults defaults{root() + "/defaults.json"};
+    RecentFilesTracker recentFiles{defaults, scheduler};
+    QStringList notifications;
+    TransferManager manager{recentFiles, scheduler,
+                            [this](const QString& name, TransferDirection direction) {
+                                notifications << rawValue(direction) + " " + name;
+                            }};
+    /// The statuses of the first task, each with the bytes at which it was taken on.
+    QStringList history;
+    /// What to do when the first task runs and has come this far.
+    std::map<qint64, std::function<void()>> atBytes;
+
+private:
+    void noteChanges() {
+        if (manager.tasks().empty())
+            return;
+        const TransferTask now = manager.tasks().front();
+        if (now.status != m_last) {
+            m_last = now.status;
+            history << QStringLiteral("%1@%2")
+                           .arg(rawValue(now.status))
+                           .arg(now.bytesTransferred / chunk);
+        }
+        if (now.status != TransferStatus::running)
+            return;
+        if (auto found = atBytes.extract(now.bytesTransferred))
+            found.mapped()();
+    }
+    std::optional<TransferStatus> m_last;
+};
+
+TEST_F(TransferManagerTest, CopiesBothWaysByteForByte) {
+    const QList<qint64> sizes = {0, 1, chunk - 1, chunk, chunk + 1, 3 * chunk + 7};
+    for (const qint64 size : sizes)
+        write(share(QString::number(size)), pattern(size));
+    write(local("up"), "up");
+    for (const qint64 size : sizes)
+        download(QString::number(size));
+    manager.enqueueUpload(QUrl::fromLocalFile(local("up")),
+                          QUrl::fromLocalFile(share("new/folder")));
+    finish(7);
+    qint64 total = 2;
+    for (const qint64 size : sizes) {
+        EXPECT_EQ(read(local(QString::number(size))), pattern(size));
+        total += size;
+    }
+    EXPECT_EQ(read(share("new/folder/up")), "up");
+    EXPECT_EQ(manager.totalBytesTransferred(), total);
+    EXPECT_EQ(recentFiles.recentFiles().size(), 6U);
+    EXPECT_EQ(recentFiles.recentFiles().front().url,
+              QUrl::fromLocalFile(local(QString::number(sizes.back()))));
+    EXPECT_EQ(notifications.first(), "download 0");
+    EXPECT_EQ(notifications.last(), "upload up");
+    for (const TransferTask& done : manager.tasks()) {
+        EXPECT_EQ(done.status, TransferStatus::completed);
+        EXPECT_EQ(done.bytesTransferred, done.totalBytes);
+        EXPECT_TRUE(done.startDate && done.endDate && !done.errorMessage);
+    }
+}
+
+TEST_F(TransferManagerTest, RunsOneAtATimeInOrderOfArrival) {
+    QStringList order;
+    std::vector<TransferStatus> seen(3, TransferStatus::pending);
+    qsizetype mostRunning = 0;
+    QObject::connect(&manager, &TransferManager::changed, [&] {
+        qsizetype running = 0;
+        for (std::size_t place = 0; place < manager.tasks().size(); ++place) {
+            const TransferTask& now = task(place);
+            running += now.status == TransferStatus::running;
+            if (std::exchange(seen[place], now.status) != now.status)
+                order << QStringLiteral("%1 %2").arg(place).arg(rawValue(now.status));
+        }
+        mostRunning = std::max(mostRunning, running);
+    });
+    for (const QString name : {"a", "b", "c"}) {
+        write(share(name), pattern(2 * chunk));
+        download(name);
+    }
+    finish(3);
+    EXPECT_EQ(order, (QStringList{"0 running", "0 completed", "1 running", "1 completed",
+                                  "2 running", "2 completed"}));
+    EXPECT_EQ(mostRunning, 1);
+}
+
+TEST_F(TransferManagerTest, CancelsAtEveryChunkAndRemovesTheDestination) {
+    write(share("a"), pattern(3 * chunk));
+    for (qint64 boundary = 0; boundary <= 3; ++boundary) {
+        write(local("a"), "former");
+        atBytes[boundary * chunk] = [this] { manager.cancel(task().id); };
+        if (boundary == 0)
+            download("a");
+        else
+            manager.retry(task().id);
+        finish(1);
+        EXPECT_EQ(task().status, TransferStatus::cancelled) << boundary;
+        EXPECT_EQ(task().bytesTransferred, boundary * chunk);
+        EXPECT_EQ(task().errorMessage, std::nullopt);
+        EXPECT_FALSE(QFile::exists(local("a")));
+    }
+    EXPECT_TRUE(notifications.isEmpty());
+    manager.retry(task().id);
+    finish(1);
+    EXPECT_EQ(read(local("a")), pattern(3 * chunk));
+}
+
+TEST_F(TransferManagerTest, PausesAndResumesAtEveryChunk) {
+    write(share("a"), pattern(3 * chunk));
+    for (qint64 boundary = 0; boundary <= 3; ++boundary) {
+        history.clear();
+        atBytes[boundary * chunk] = [this] { manager.pause(task().id); };
+        if (boundary == 0)
+            download("a");
+        else
+            manager.retry(task().id);
+        settleUntil(
+            [this] { return !manager.tasks().empty() && task().status == TransferStatus::paused; });
+        scheduler.advance(10s);
+        EXPECT_EQ(task().bytesTransferred, boundary * chunk);
+        manager.resume(task().id);
+        EXPECT_EQ(task().status, TransferStatus::pending);
+        finish(1);
+        const QString at = QStringLiteral("@%1").arg(boundary);
+        EXPECT_EQ(history, (QStringList{"pending@0", "running@0", "paused" + at, "pending" + at,
+                                        "running" + at, "completed@3"}));
+        EXPECT_EQ(read(local("a")), pattern(3 * chunk));
+    }
+}
+
+TEST_F(TransferManagerTest, APausedCopyCanBeCancelled) {
+    write(share("a"), pattern(2 * chunk));
+    atBytes[chunk] = [this] { manager.pause(task().id); };
+    download("a");
+    settleUntil(
+        [this] { return !manager.tasks().empty() && task().status == TransferStatus::paused; });
+    EXPECT_EQ(read(local("a"))->size(), chunk);
+    manager.cancel(task().id);
+    EXPECT_EQ(task().status, TransferStatus::paused);
+    finish(1);
+    EXPECT_EQ(task().status, TransferStatus::cancelled);
+    EXPECT_FALSE(QFile::exists(local("a")));
+}
+
+TEST_F(TransferManagerTest, WhatWaitsIsCancelledAtOnceAndCannotBePaused) {
+    for (const QString name : {"a", "b", "c"})
+        write(share(name), pattern(2 * chunk));
+    atBytes[chunk] = [this] {
+        manager.cancel(task(1).id);
+        EXPECT_EQ(task(1).status, TransferStatus::cancelled);
+        manager.pause(task(2).id);
+    };
+    atBytes[0] = [this] { manager.pause(task(0).id); };
+    for (const QString name : {"a", "b", "c"})
+        download(name);
+    settleUntil([this] { return manager.tasks().size() == 3; });
+    settleUntil([this] { return task().status == TransferStatus::paused; });
+    manager.resume(task().id);
+    finish(3);
+    EXPECT_EQ(task(1).status, TransferStatus::cancelled);
+    EXPECT_EQ(task(1).startDate, std::nullopt);
+    EXPECT_EQ(task(2).status, TransferStatus::completed);
+    EXPECT_FALSE(QFile::exists(local("b")));
+}
+
+TEST_F(TransferManagerTest, AFailureKeepsWhatWasWrittenAndCanBeRetried) {
+    write(share("a"), pattern(2 * chunk));
+    write(root() + "/in the way", "a file");
+    manager.enqueueDownload(QUrl::fromLocalFile(share("a")),
+                            QUrl::fromLocalFile(root() + "/in the way"));
+    QDir().mkpath(share("folder"));
+    QDir().mkpath(local("taken/keep"));
+    write(share("taken"), "x");
+    write(local("folder"), "stays");
+    for (const QString name : {"gone", "folder", "taken"})
+        download(name);
+    manager.enqueueUpload(QUrl::fromLocalFile(share("a")), QUrl::fromLocalFile(share("")));
+    finish(5);
+    QStringList errors;
+    for (const TransferTask& failed : manager.tasks()) {
+        EXPECT_EQ(failed.status, TransferStatus::failed);
+        EXPECT_TRUE(failed.endDate);
+        errors << failed.errorMessage.value_or("");
+    }
+    EXPECT_EQ(errors, (QStringList{"Not a directory", "No such file or directory", "Is a directory",
+                                   "Is a directory", "Source and destination are the same file"}));
+    EXPECT_EQ(task(1).totalBytes, 0);
+    EXPECT_EQ(read(share("a")), pattern(2 * chunk));
+    EXPECT_EQ(read(local("folder")), "stays");
+    EXPECT_TRUE(QFile::exists(local("taken/keep")));
+
+    write(share("gone"), "is back");
+    manager.retry(task(1).id);
+    finish(5);
+    EXPECT_EQ(task(1).status, TransferStatus::completed);
+    EXPECT_EQ(read(local("gone")), "is back");
+    // The size was unknown at the start, and the count ends where it ends.
+    EXPECT_EQ(task(1).bytesTransferred, 0);
+    manager.clearCompleted();
+    EXPECT_TRUE(manager.tasks().empty());
+}
+
+TEST_F(TransferManagerTest, AFullDiskFailsAndKeepsThePart) {
+    const QByteArray directory = local("small").toLocal8Bit();
+    QDir().mkpath(local("small"));
+    if (::mount("none", directory.constData(), "tmpfs", 0, "size=2m") != 0)
+        GTEST_SKIP() << "may not mount a small file system";
+    write(share("a"), pattern(3 * chunk));
+    manager.enqueueDownload(QUrl::fromLocalFile(share("a")), QUrl::fromLocalFile(local("small")));
+    finish(1);
+    EXPECT_EQ(task().status, TransferStatus::failed);
+    EXPECT_EQ(task().errorMessage, "No space left on device");
+    EXPECT_GT(QFileInfo(local("small/a")).size(), 0);
+    EXPECT_EQ(::umount2(directory.constData(), MNT_DETACH), 0);
+}
+
+TEST_F(TransferManagerTest, ASourceThatShrinksOrIsRemovedHarmsNothing) {
+    write(share("a"), pattern(4 * chunk));
+    atBytes[chunk] = [this] {
+        ASSERT_EQ(::truncate(share("a").toLocal8Bit().constData(), chunk), 0);
+    };
+    download("a");
+    finish(1);
+    EXPECT_EQ(task().status, TransferStatus::completed);
+    EXPECT_EQ(task().bytesTransferred, 4 * chunk);
+    // The next chunk may have been read before the file was cut.
+    const auto copied = read(local("a"));
+    ASSERT_TRUE(copied);
+    EXPECT_LE(copied->size(), 2 * chunk);
+    EXPECT_EQ(*copied, pattern(4 * chunk).left(copied->size()));
+
+    write(share("b"), pattern(3 * chunk));
+    atBytes[chunk] = [this] { QFile::remove(share("b")); };
+    manager.clearCompleted();
+    download("b");
+    finish(1);
+    EXPECT_EQ(task().status, TransferStatus::completed);
+    EXPECT_EQ(read(local("b")), pattern(3 * chunk));
+}
+
+TEST_F(TransferManagerTest, RetryingACompletedTaskCountsItsBytesTwice) {
+    write(share("a"), pattern(chunk));
+    download("a");
+    finish(1);
+    write(share("a"), "changed");
+    manager.retry(task().id);
+    EXPECT_EQ(task().status, TransferStatus::pending);
+    EXPECT_EQ(task().startDate, std::nullopt);
+    finish(1);
+    EXPECT_EQ(read(local("a")), "changed");
+    EXPECT_EQ(manager.totalBytesTransferred(), 2 * chunk);
+}
+
+TEST_F(TransferManagerTest, AQueueThatGoesAwayLeavesNoPart) {
+    write(share("a"), pattern(4 * chunk));
+    auto window = std::make_unique<TransferManager>(recentFiles, scheduler, nullptr);
+    window->enqueueDownload(QUrl::fromLocalFile(share("a")), QUrl::fromLocalFile(local("")));
+    settleUntil([&] {
+        return !window->tasks().empty() && window->tasks().front().bytesTransferred >= chunk;
+    });
+    window.reset();
+    settleUntil([this] { return !QFile::exists(local("a")); });
+    EXPECT_EQ(read(share("a")), pattern(4 * chunk));
+}
+
+} // namespace
+} // namespace harbrix
