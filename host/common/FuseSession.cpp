@@ -1,5 +1,6 @@
 #include "common/FuseSession.h"
 
+#include "common/FuseMountHelper.h"
 #include "common/Unmount.h"
 
 #include <sys/signalfd.h>
@@ -52,22 +53,28 @@ std::string withReason(std::string text) {
     return text;
 }
 
-FileDescriptor blockEndSignals() {
+sigset_t endSignals() {
     sigset_t signals;
     ::sigemptyset(&signals);
     for (int signal : {SIGTERM, SIGINT, SIGHUP})
         ::sigaddset(&signals, signal);
-    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    return FileDescriptor(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
+    return signals;
 }
 
 } // namespace
+
+void blockEndSignals() {
+    const sigset_t signals = endSignals();
+    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
 
 std::expected<std::unique_ptr<FuseSession>, std::string>
 FuseSession::mount(const FuseMount& mount, const fuse_lowlevel_ops& operations, void* userData) {
     fuse_set_log_func(keepLogLine);
     std::unique_ptr<FuseSession> session(new FuseSession);
-    session->m_endSignals = blockEndSignals();
+    blockEndSignals();
+    const sigset_t signals = endSignals();
+    session->m_endSignals.reset(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
     std::string program = mount.subtype;
     std::string dashO = "-o";
     std::string options = optionText(mount);
@@ -77,9 +84,8 @@ FuseSession::mount(const FuseMount& mount, const fuse_lowlevel_ops& operations, 
     fuse_opt_free_args(&arguments);
     if (!session->m_session)
         return std::unexpected(withReason("the FUSE session cannot be set up"));
-    if (fuse_session_mount(session->m_session, mount.mountPoint.c_str()) != 0)
-        return std::unexpected(withReason(mount.mountPoint + ": FUSE refused the mount"));
-    session->m_isMounted = true;
+    if (auto mounted = session->attach(mount.mountPoint, options); !mounted)
+        return std::unexpected(mounted.error());
     const MountTable table = MountTable::read();
     if (const MountEntry* entry = table.at(mount.mountPoint)) {
         session->m_entry = *entry;
@@ -88,19 +94,49 @@ FuseSession::mount(const FuseMount& mount, const fuse_lowlevel_ops& operations, 
     return session;
 }
 
+std::expected<void, std::string> FuseSession::attach(const std::string& mountPoint,
+                                                     const std::string& options) {
+    std::string target = mountPoint;
+    FileDescriptor device;
+    if (::geteuid() != 0) {
+        auto mounted = mountThroughFusermount(mountPoint, options);
+        if (!mounted)
+            return std::unexpected(mountPoint + ": FUSE refused the mount (" + mounted.error() +
+                                   ")");
+        device = std::move(*mounted);
+        // libfuse takes over a descriptor that is named like this.
+        target = "/dev/fd/" + std::to_string(device.get());
+    }
+    m_isMounted = static_cast<bool>(device);
+    if (fuse_session_mount(m_session, target.c_str()) != 0)
+        return std::unexpected(withReason(mountPoint + ": FUSE refused the mount"));
+    (void) device.release();
+    m_isMounted = true;
+    return {};
+}
+
 FuseSession::~FuseSession() {
     unmount();
     if (m_session)
         fuse_session_destroy(m_session);
 }
 
-bool FuseSession::serveOne(fuse_buf& buffer) {
+bool FuseSession::receive(fuse_buf& buffer, bool& hasRequest) {
     const int count = fuse_session_receive_buf(m_session, &buffer);
-    if (count == -EINTR || count == -EAGAIN)
-        return true;
-    if (count <= 0)
-        return false;
+    hasRequest = count > 0;
+    return hasRequest || count == -EINTR || count == -EAGAIN;
+}
+
+void FuseSession::process(const fuse_buf& buffer) {
     fuse_session_process_buf(m_session, &buffer);
+}
+
+bool FuseSession::serveOne(fuse_buf& buffer) {
+    bool hasRequest = false;
+    if (!receive(buffer, hasRequest))
+        return false;
+    if (hasRequest)
+        process(buffer);
     return true;
 }
 

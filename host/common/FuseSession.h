@@ -24,9 +24,13 @@ struct FuseMount {
     std::vector<std::string> options; ///< more options, e.g. "default_permissions"
 };
 
-/// A live FUSE mount: as root by mount(2), otherwise through fusermount3(1). It blocks SIGTERM,
-/// SIGINT and SIGHUP in the calling thread, so make it before other threads are started;
-/// endSignalFd() tells of them.
+/// Blocks the signals that end a daemon of ours (SIGTERM, SIGINT, SIGHUP) in this thread and those
+/// it starts. To be called before the first thread; FuseSession::endSignalFd() tells of the signals
+/// then.
+void blockEndSignals();
+
+/// A live FUSE mount: as root by mount(2), otherwise through fusermount3(1). Making one calls
+/// blockEndSignals().
 ///
 /// Either several threads call serveOne() in a loop until it returns false, or one event loop
 /// watches fd() and calls serveOne() when it is readable.
@@ -45,6 +49,10 @@ public:
     /// False once the mount is gone. Any thread; each passes a buffer of its own, zeroed before the
     /// first use, and frees `mem` in the end.
     [[nodiscard]] bool serveOne(fuse_buf& buffer);
+    /// The two halves of serveOne(), for a pool that counts its idle threads: what a false of the
+    /// first means is the same; `hasRequest` tells whether there is something to process.
+    [[nodiscard]] bool receive(fuse_buf& buffer, bool& hasRequest);
+    void process(const fuse_buf& buffer);
 
     [[nodiscard]] int fd() const;
     [[nodiscard]] fuse_session* handle() const { return m_session; }
@@ -55,9 +63,13 @@ public:
     /// Takes the mount off, lazily. The other threads' serveOne() returns false as soon as nobody
     /// uses the mount any more. Any thread; once is enough.
     void unmount();
+    /// For a process that ends without destructors: removes what tells that it serves this mount.
+    void giveBackClaim() { m_claim = MountClaim(); }
 
 private:
     FuseSession() = default;
+    [[nodiscard]] std::expected<void, std::string> attach(const std::string& mountPoint,
+                                                          const std::string& options);
 
     fuse_session* m_session = nullptr;
     bool m_isMounted = false;

@@ -79,15 +79,21 @@ MountClaim MountClaim::take(const MountEntry& entry) {
 }
 
 MountClaim& MountClaim::operator=(MountClaim&& other) noexcept {
-    std::swap(m_file, other.m_file);
-    std::swap(m_path, other.m_path);
+    giveBack();
+    m_file = std::move(other.m_file);
+    m_path = std::move(other.m_path);
     return *this;
 }
 
 MountClaim::~MountClaim() {
+    giveBack();
+}
+
+void MountClaim::giveBack() {
     // Unlinked while still locked: whoever claims the same number next makes a file of its own.
     if (m_file)
         ::unlink(m_path.c_str());
+    m_file.reset();
 }
 
 std::optional<pid_t> MountClaim::holder(const MountEntry& entry) {

@@ -30,6 +30,8 @@ public:
     [[nodiscard]] static std::optional<pid_t> holder(const MountEntry& entry);
 
 private:
+    void giveBack();
+
     FileDescriptor m_file;
     std::string m_path;
 };

@@ -81,6 +81,8 @@ public:
     [[nodiscard]] bool isDebouncePending() const { return m_debounce.isActive(); }
     [[nodiscard]] bool isHealthCheckArmed() const { return m_healthCheck.isActive(); }
     [[nodiscard]] std::size_t pendingRetries() const { return m_retries.size(); }
+    /// Delayed mounts, the mount at launch and wakes that are not acted upon yet.
+    [[nodiscard]] std::size_t pendingDelays() const { return m_pending.size(); }
 
 signals:
     /// A retry or a delayed mount was armed, fired or cancelled.
@@ -129,6 +131,8 @@ private:
     Task<void> performHealthCheck();
     Task<void> checkVolume(NASConfig config);
     [[nodiscard]] bool believedMounted(const QUuid& id) const;
+    /// For a walk over shares that takes a while: whether the record is still there and enabled.
+    [[nodiscard]] bool isStillWanted(const QUuid& id) const;
 
     /// Runs the callback in a later turn, unless this object is gone by then.
     void dispatch(std::function<void()> callback);

@@ -35,6 +35,11 @@ bool AutoMountStrategy::believedMounted(const QUuid& id) const {
     return status && status->mountState.kind() == MountState::Kind::mounted;
 }
 
+bool AutoMountStrategy::isStillWanted(const QUuid& id) const {
+    const auto config = m_store.config(id);
+    return config && config->isEnabled;
+}
+
 Task<void> AutoMountStrategy::performHealthCheck() {
     std::vector<NASConfig> mounted;
     for (const NASConfig& config : m_store.enabledConfigs())
@@ -50,7 +55,7 @@ Task<void> AutoMountStrategy::checkVolume(NASConfig config) {
     auto look = m_engine.volumeIsMounted(m_engine.resolveMountPoint(config));
     const bool isMounted = co_await look;
     // A look at a slow share takes a while: the user may have unmounted this one meanwhile.
-    if (isMounted || !believedMounted(config.id))
+    if (isMounted || !believedMounted(config.id) || !isStillWanted(config.id))
         co_return;
     m_appState.updateStatus(config.id, MountState::Kind::offline);
     if (mayMount(config))

@@ -29,6 +29,8 @@ Task<void> AutoMountStrategy::handleNetworkChange() {
         co_return;
     }
     for (const NASConfig& config : configs) {
+        if (!isStillWanted(config.id))
+            continue;
         if (m_network.matchesBinding(config)) {
             auto handling = handleMatchingShare(config);
             co_await handling;

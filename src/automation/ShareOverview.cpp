@@ -18,10 +18,9 @@ std::vector<MountedShare> mountedShares(const std::vector<NASConfig>& configs,
 
 DetailContent detailContent(const std::optional<QUuid>& selected,
                             const std::vector<NASConfig>& configs, const NASStatuses& statuses) {
-    const bool exists =
-        selected && std::ranges::any_of(configs, [&](const NASConfig& config) {
-            return config.id == *selected;
-        });
+    const bool exists = selected && std::ranges::any_of(configs, [&](const NASConfig& config) {
+                            return config.id == *selected;
+                        });
     if (exists)
         return DetailContent::form;
     return mountedShares(configs, statuses).empty() ? DetailContent::hint

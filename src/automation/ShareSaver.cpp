@@ -26,11 +26,10 @@ Task<void> ShareSaver::saveAll() {
     while (!m_requests.empty()) {
         const auto [config, target] = m_requests.front();
         if (bringsPassword(config)) {
-            auto saved =
-                onWorker([&keychain = m_keychain, password = *config.password,
-                          account = config.keychainIdentifier] {
-                    return keychain.savePassword(password, account);
-                });
+            auto saved = onWorker([&keychain = m_keychain, password = *config.password,
+                                   account = config.keychainIdentifier] {
+                return keychain.savePassword(password, account);
+            });
             // A failure is in the log; the mount will say that there is no password.
             co_await saved;
         }

@@ -11,9 +11,9 @@ class AutoMountStrategy;
 class KeychainManager;
 class NASConfigStore;
 
-/// Carries out what the user asked for by saving a form: the password, then the record, then a mount
-/// if the share is enabled. Saves are done one after another, and go on when the form is closed
-/// meanwhile. Main thread.
+/// Carries out what the user asked for by saving a form: the password, then the record, then a
+/// mount if the share is enabled. Saves are done one after another, and go on when the form is
+/// closed meanwhile. Main thread.
 class ShareSaver {
 public:
     enum class Target { NewRecord, ExistingRecord };
@@ -23,6 +23,7 @@ public:
 
     void save(const NASConfig& config, Target target);
 
+    [[nodiscard]] bool isSaving() const { return m_flow.running() > 0; }
     /// Ready once everything is saved. The keychain must live until then.
     [[nodiscard]] Completion<std::monostate> whenIdle() { return m_flow.whenIdle(); }
 

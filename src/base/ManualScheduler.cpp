@@ -47,6 +47,11 @@ std::optional<Duration> ManualScheduler::untilNextAlarm() {
     return m_alarms.begin()->first - m_now;
 }
 
+std::size_t ManualScheduler::pendingAlarms() {
+    dropDisarmed();
+    return m_alarms.size();
+}
+
 void ManualScheduler::dropDisarmed() {
     std::erase_if(m_alarms, [](const auto& entry) {
         const auto alarm = entry.second.lock();

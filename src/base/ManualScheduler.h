@@ -22,6 +22,8 @@ public:
     void settle();
     /// When the next alarm is due, counted from now; nothing if none is pending.
     [[nodiscard]] std::optional<Duration> untilNextAlarm();
+    /// How many alarms stand; what nobody accounts for was left behind.
+    [[nodiscard]] std::size_t pendingAlarms();
 
 protected:
     void arm(const std::shared_ptr<detail::Alarm>& alarm, Duration delay) override;

@@ -33,7 +33,6 @@ QString secondsText(const QJsonValue& seconds) {
     return QStringLiteral("%1 s").arg(qRound(seconds.toDouble()));
 }
 
-/// The share's line of a table by `what`, the state of a share that was not meant left out.
 QString shareLine(const QJsonObject& share, const QString& what) {
     return QStringLiteral("%1: %2\n").arg(field(share, "name"), what);
 }
@@ -74,7 +73,9 @@ QString networkLine(const QJsonObject& network) {
         return {};
     if (!network.value("connected").toBool())
         return QStringLiteral("Network: none\n\n");
-    QString line = QStringLiteral("Network: ") + field(network, "ipAddress");
+    const QString address = field(network, "ipAddress");
+    QString line = QStringLiteral("Network: ") +
+                   (address.isEmpty() ? QStringLiteral("no IPv4 address") : address);
     if (network.contains("ssid"))
         line += QStringLiteral(", Wi-Fi ") + field(network, "ssid");
     return line + QStringLiteral("\n\n");

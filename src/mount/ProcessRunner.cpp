@@ -1,33 +1,9 @@
+#include "base/Utf8.h"
 #include "base/Worker.h"
 #include "mount/MountEngine.h"
 #include "platform/ChildProcess.h"
 
-#include <QStringDecoder>
-#include <QThread>
-
 namespace harbrix {
-
-namespace {
-
-/// The text, or nothing at all where a single byte is wrong.
-QString decodeOutput(const QByteArray& bytes) {
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString text = decoder(bytes);
-    return decoder.hasError() ? QString() : text;
-}
-
-/// A flow that is abandoned while a worker feeds the child leaves the child to that worker, but it
-/// belongs to the main thread.
-void dropOnMainThread(ChildProcess* child) {
-    QCoreApplication* application = QCoreApplication::instance();
-    if (!application || application->thread() == QThread::currentThread())
-        delete child;
-    else
-        QMetaObject::invokeMethod(
-            application, [child] { delete child; }, Qt::QueuedConnection);
-}
-
-} // namespace
 
 Task<Result<MountEngine::ProcessResult>>
 MountEngine::executeProcess(QString executablePath, QStringList arguments, Seconds timeout,
@@ -38,7 +14,8 @@ MountEngine::executeProcess(QString executablePath, QStringList arguments, Secon
     if (!launched)
         co_return std::unexpected(HarbrixError::mountFailed("Failed to launch " + executablePath +
                                                             ": " + launched.error().description));
-    const std::shared_ptr<ChildProcess> child(launched->release(), dropOnMainThread);
+    // Shared with the worker that feeds it, which may outlive an abandoned flow.
+    const std::shared_ptr<ChildProcess> child = std::move(*launched);
 
     // The limit starts to run only after the input is written, and the end is asked for last.
     if (stdinData) {
@@ -60,7 +37,8 @@ MountEngine::executeProcess(QString executablePath, QStringList arguments, Secon
         co_return std::unexpected(
             HarbrixError::timeout("Process " + executablePath + " timed out after " +
                                   QString::number(static_cast<qint64>(timeout.count())) + "s"));
-    co_return ProcessResult{end.status, decodeOutput(output), decodeOutput(error)};
+    co_return ProcessResult{end.status, decodeUtf8(output).value_or(QString()),
+                            decodeUtf8(error).value_or(QString())};
 }
 
 } // namespace harbrix

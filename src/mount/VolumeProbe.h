@@ -18,8 +18,9 @@ struct MountEntry;
 /// gone. Main thread.
 class VolumeProbe {
 public:
-    /// How long a look at the file system may take before the mount table decides instead.
-    static constexpr Seconds limit{2.0};
+    /// How long a look at the file system may take before the mount table decides instead; a little
+    /// more than FileSystem allows the server.
+    static constexpr Seconds limit{3.0};
 
     VolumeProbe(FileSystem& fileSystem, Scheduler& scheduler);
 

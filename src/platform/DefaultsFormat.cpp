@@ -136,8 +136,8 @@ Decoded decode(const QByteArray& text) {
     Decoded decoded;
     const QJsonObject members = values.toObject();
     for (auto member = members.begin(); member != members.end(); ++member) {
-        if (auto value = decodeValue(member.value()))
-            decoded.values.insert(member.key(), std::move(*value));
+        if (const auto value = decodeValue(member.value()))
+            decoded.values.insert(member.key(), *value);
         else
             decoded.isDamaged = true;
     }

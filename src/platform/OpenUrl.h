@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDBusConnection>
 #include <QUrl>
 
 namespace harbrix {
@@ -9,7 +10,8 @@ namespace harbrix {
 bool openUrl(const QUrl& url);
 
 /// Shows the file selected in the file viewer (org.freedesktop.FileManager1), else opens its
-/// folder.
-void showInFileViewer(const QUrl& file);
+/// folder. Returns at once. Main thread.
+void showInFileViewer(const QUrl& file,
+                      const QDBusConnection& sessionBus = QDBusConnection::sessionBus());
 
 } // namespace harbrix

@@ -31,7 +31,7 @@ QString behindSymbolicLink(const QString& path) {
 
 } // namespace
 
-UserDefaults::UserDefaults(QString filePath) : m_filePath(behindSymbolicLink(filePath)) {
+UserDefaults::UserDefaults(const QString& filePath) : m_filePath(behindSymbolicLink(filePath)) {
     load();
 }
 
@@ -130,26 +130,26 @@ QStringList UserDefaults::keys() const {
     return keys;
 }
 
-void UserDefaults::set(const QString& key, Value value) {
+void UserDefaults::set(const QString& key, const Value& value) {
     const auto* date = std::get_if<QDateTime>(&value);
     if (date && !date->isValid())
         update(key, std::nullopt);
     else
-        update(key, std::move(value));
+        update(key, value);
 }
 
 void UserDefaults::remove(const QString& key) {
     update(key, std::nullopt);
 }
 
-void UserDefaults::update(const QString& key, std::optional<Value> value) {
+void UserDefaults::update(const QString& key, const std::optional<Value>& value) {
     {
         const std::scoped_lock writing(m_writeMutex);
         QHash<QString, Value> snapshot;
         {
             const std::unique_lock lock(m_mutex);
             if (value)
-                m_values.insert(key, std::move(*value));
+                m_values.insert(key, *value);
             else
                 m_values.remove(key);
             snapshot = m_values;

@@ -30,7 +30,7 @@ public:
 
     /// Reads the file. A missing file is an empty store; a damaged one is set aside beside the file
     /// (suffix ".damaged"), so that nothing is lost, and counts as empty.
-    explicit UserDefaults(QString filePath);
+    explicit UserDefaults(const QString& filePath);
     ~UserDefaults() override;
 
     [[nodiscard]] std::optional<bool> boolean(const QString& key) const;
@@ -48,7 +48,7 @@ public:
     /// Stores the value and writes the file before it returns. Where the file cannot be written, or
     /// stands there unread, the value is kept in memory only and lastWriteError() tells why. An
     /// invalid date counts as no value.
-    void set(const QString& key, Value value);
+    void set(const QString& key, const Value& value);
     void remove(const QString& key);
 
     [[nodiscard]] const QString& filePath() const { return m_filePath; }
@@ -63,7 +63,7 @@ signals:
 private:
     void load();
     [[nodiscard]] std::optional<SystemError> setAside();
-    void update(const QString& key, std::optional<Value> value);
+    void update(const QString& key, const std::optional<Value>& value);
     void save(const QHash<QString, Value>& values);
 
     QString m_filePath;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Scheduler.h"
+#include "core/TransferDirection.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -12,7 +13,6 @@
 
 namespace harbrix {
 
-enum class TransferDirection { upload, download };
 enum class TransferStatus { pending, running, paused, completed, failed, cancelled };
 [[nodiscard]] QString rawValue(TransferDirection direction);
 [[nodiscard]] QString rawValue(TransferStatus status);

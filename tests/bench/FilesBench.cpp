@@ -1,9 +1,9 @@
 // Times listing, prefetching and transfers against ls and cp in the same folder and run. Prints the
 // ratios and never fails on them:
 //
-//     bench_files [--folder DIR] [--share DIR] [--runs N] listing COUNT...
-//     bench_files [...] prefetch COUNT BYTES
-//     bench_files [...] transfer BYTES
+//     files_bench [--folder DIR] [--share DIR] [--runs N] listing COUNT...
+//     files_bench [...] prefetch COUNT BYTES
+//     files_bench [...] transfer BYTES
 //
 // Files are made below --share (a mounted share, say) and copied below --folder; both default to a
 // temporary folder. Each figure is the best of the runs, with the caches of the system warm.

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <map>
 #include <set>
 #include <vector>
 
@@ -31,6 +32,7 @@ public:
     explicit ScriptedMountOperations(Scheduler& scheduler) : m_scheduler(scheduler) {}
 
     std::function<Plan(const NASConfig&)> planMount = [](const NASConfig&) { return Plan{}; };
+    std::function<Plan(const NASConfig&)> planPing = [](const NASConfig&) { return Plan{}; };
     std::function<Plan(const QString& path)> planUnmount = [](const QString&) { return Plan{}; };
     std::function<Seconds(const QString& path)> planLook = [](const QString&) {
         return Seconds(0);
@@ -40,7 +42,10 @@ public:
 
     std::set<QString> volumes;
     std::vector<Call> calls;
-    int callsInFlight = 0;
+    /// Mounts and unmounts that have begun and not ended, by path; looks are not counted.
+    std::map<QString, int> inFlight;
+    /// Calls that wait for their time to pass, looks too.
+    int waits = 0;
 
     [[nodiscard]] int countOf(Verb verb) const {
         return static_cast<int>(
@@ -57,14 +62,23 @@ public:
         const QString path = directoryPath(mountPoint);
         calls.push_back({Verb::Unmount, path, m_scheduler.now()});
         const Plan plan = planUnmount(path);
+        ++inFlight[path];
         auto wait = take(plan.duration);
         co_await wait;
+        --inFlight[path];
         if (plan.error)
             co_return std::unexpected(*plan.error);
         volumes.erase(path);
         co_return Result<void>();
     }
-    Task<Result<Seconds>> ping(NASConfig) override { co_return Seconds(0.001); }
+    Task<Result<Seconds>> ping(NASConfig config) override {
+        const Plan plan = planPing(config);
+        auto wait = take(plan.duration);
+        co_await wait;
+        if (plan.error)
+            co_return std::unexpected(*plan.error);
+        co_return Seconds(0.001);
+    }
     [[nodiscard]] QString resolveMountPoint(const NASConfig& config) const override {
         return mountPointPath(config, QStringLiteral("/home/ann"));
     }
@@ -83,8 +97,10 @@ private:
         if (volumes.contains(path))
             co_return directoryUrl(path);
         const Plan plan = planMount(config);
+        ++inFlight[path];
         auto wait = take(plan.duration);
         co_await wait;
+        --inFlight[path];
         if (plan.error)
             co_return std::unexpected(*plan.error);
         volumes.insert(path);
@@ -93,10 +109,10 @@ private:
     Task<void> take(Seconds duration) {
         if (duration <= Seconds(0))
             co_return;
-        ++callsInFlight;
+        ++waits;
         auto pause = m_scheduler.pause(duration);
         co_await pause;
-        --callsInFlight;
+        --waits;
     }
 
     Scheduler& m_scheduler;

@@ -1,4 +1,4 @@
-#include "protocol/Attributes.h"
+#include "mount_nfs/protocol/Attributes.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "protocol/Nfs4.h"
-#include "protocol/Xdr.h"
+#include "mount_nfs/protocol/Nfs4.h"
+#include "mount_nfs/protocol/Xdr.h"
 
 #include <cstdint>
 #include <initializer_list>

@@ -1,4 +1,4 @@
-#include "protocol/Buffer.h"
+#include "mount_nfs/protocol/Buffer.h"
 
 #include <utility>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "protocol/Attributes.h"
-#include "protocol/Nfs4.h"
-#include "protocol/Xdr.h"
+#include "mount_nfs/protocol/Attributes.h"
+#include "mount_nfs/protocol/Nfs4.h"
+#include "mount_nfs/protocol/Xdr.h"
 
 #include <cstdint>
 #include <optional>

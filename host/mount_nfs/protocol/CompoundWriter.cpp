@@ -1,4 +1,4 @@
-#include "protocol/Compound.h"
+#include "mount_nfs/protocol/Compound.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "protocol/Rpc.h"
+#include "mount_nfs/protocol/Rpc.h"
 
 #include <algorithm>
 #include <utility>

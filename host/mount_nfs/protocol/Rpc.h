@@ -1,6 +1,6 @@
 #pragma once
 
-#include "protocol/Xdr.h"
+#include "mount_nfs/protocol/Xdr.h"
 
 #include <sys/types.h>
 

@@ -1,4 +1,4 @@
-#include "protocol/Nfs4.h"
+#include "mount_nfs/protocol/Nfs4.h"
 
 #include <cerrno>
 

@@ -1,4 +1,4 @@
-#include "protocol/Xdr.h"
+#include "mount_nfs/protocol/Xdr.h"
 
 #include <algorithm>
 #include <utility>

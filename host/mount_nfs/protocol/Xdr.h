@@ -1,6 +1,6 @@
 #pragma once
 
-#include "protocol/Buffer.h"
+#include "mount_nfs/protocol/Buffer.h"
 
 #include <cstdint>
 #include <string>

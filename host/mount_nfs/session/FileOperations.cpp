@@ -1,4 +1,4 @@
-#include "session/Operations.h"
+#include "mount_nfs/session/Operations.h"
 
 #include <algorithm>
 #include <utility>
@@ -36,9 +36,10 @@ std::uint32_t accessWanted(std::uint32_t share) {
            (share & shareAccessWrite ? accessModify | accessExtend : 0);
 }
 
-/// What POSIX sees of an open-for-reading that the server granted the bits `allowed`.
-bool isAllowed(std::uint32_t share, std::uint32_t allowed) {
-    const bool mayRead = allowed & accessRead;
+/// Whether a file that grants the bits `allowed` may be opened in POSIX's terms.
+bool isAllowed(std::uint32_t share, std::uint32_t allowed, Operations::Purpose purpose) {
+    const bool mayRead = (allowed & accessRead) ||
+                         (purpose == Operations::Purpose::Execute && (allowed & accessExecute));
     const bool mayWrite = allowed & (accessModify | accessExtend);
     return (!(share & shareAccessRead) || mayRead) && (!(share & shareAccessWrite) || mayWrite);
 }
@@ -72,7 +73,8 @@ void Operations::returnDelegation(const Credentials& who, const FileHandle& file
 }
 
 CallId Operations::open(const Credentials& who, const FileHandle& file, std::uint32_t access,
-                        Truncate truncate, std::uint32_t startBytes, Then<OpenedFile> then) {
+                        Purpose purpose, Truncate truncate, std::uint32_t startBytes,
+                        Then<OpenedFile> then) {
     auto state = newState(m_session, who, access);
     state->handle = file;
     const bool minorZero = state->anonymous;
@@ -82,11 +84,10 @@ CallId Operations::open(const Credentials& who, const FileHandle& file, std::uin
     call.encode = [this, state, truncate, startBytes](CompoundWriter& out) {
         const Stateid forIo = state->anonymous ? Stateid::anonymous() : Stateid::current();
         out.putFh(state->handle);
-        if (state->anonymous)
-            out.access(accessWanted(state->access));
-        else
+        if (!state->anonymous)
             out.openByHandle({m_session.clientId(), state->owner},
                              state->access | shareAccessWantNoDelegation);
+        out.access(accessWanted(state->access) | accessExecute);
         if (truncate == Truncate::Yes && !state->anonymous) {
             AttributeChange empty;
             empty.size = 0;
@@ -108,13 +109,15 @@ CallId Operations::open(const Credentials& who, const FileHandle& file, std::uin
         if (state->stateid.sequence != 0)
             giveBack(state->credentials, state->handle, state->stateid);
     };
-    call.done = [this, state, takeOpen, truncate, startBytes, minorZero,
+    call.done = [this, state, takeOpen, purpose, truncate, startBytes, minorZero,
                  then = std::move(then)](Reply& reply) mutable {
         OpenedFile opened{state, {state->handle, {}, reply.asked}, std::nullopt};
         CompoundReader& results = reply.results;
-        if (!minorZero)
+        if (minorZero)
+            (void) reply.results.next(Op::PutFh);
+        else
             takeOpen(reply);
-        else if (reach(reply, Op::Access) && !isAllowed(state->access, results.access()))
+        if (results.next(Op::Access) && !isAllowed(state->access, results.access(), purpose))
             reply.status = Status::Access;
         const bool isOpen = state->stateid.sequence != 0;
         if (truncate == Truncate::Yes && !minorZero && results.next(Op::SetAttr))

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "protocol/Compound.h"
-#include "protocol/Rpc.h"
+#include "mount_nfs/protocol/Compound.h"
+#include "mount_nfs/protocol/Rpc.h"
 
 #include <cstdint>
 #include <map>

@@ -1,4 +1,4 @@
-#include "session/Operations.h"
+#include "mount_nfs/session/Operations.h"
 
 #include <utility>
 

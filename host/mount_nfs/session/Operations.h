@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/Session.h"
+#include "mount_nfs/session/Session.h"
 
 #include <expected>
 #include <functional>
@@ -101,9 +101,13 @@ public:
                          const Verifier& verifier, std::uint32_t bytes, Then<DirectoryPage> then);
 
     enum class Truncate { No, Yes };
+    /// A program that may be run but not read: servers let it be read too, and leave the rest to
+    /// the client.
+    enum class Purpose { Use, Execute };
     /// `startBytes`: how much of the file's beginning to read in the same round trip.
     CallId open(const Credentials& who, const FileHandle& file, std::uint32_t access,
-                Truncate truncate, std::uint32_t startBytes, Then<OpenedFile> then);
+                Purpose purpose, Truncate truncate, std::uint32_t startBytes,
+                Then<OpenedFile> then);
     CallId createFile(const Credentials& who, const FileHandle& directory, std::string name,
                       std::uint32_t access, CreateMode mode, AttributeChange attributes,
                       Then<std::pair<OpenedFile, Attributes>> then);

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "protocol/Compound.h"
-#include "protocol/Rpc.h"
-#include "session/OpenState.h"
-#include "session/SlotTable.h"
-#include "transport/RpcTransport.h"
+#include "mount_nfs/protocol/Compound.h"
+#include "mount_nfs/protocol/Rpc.h"
+#include "mount_nfs/session/OpenState.h"
+#include "mount_nfs/session/SlotTable.h"
+#include "mount_nfs/transport/RpcTransport.h"
 
 #include <cstdint>
 #include <deque>

@@ -1,4 +1,4 @@
-#include "session/Session.h"
+#include "mount_nfs/session/Session.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "transport/EventLoop.h"
+#include "mount_nfs/transport/EventLoop.h"
 
 #include <sys/epoll.h>
 

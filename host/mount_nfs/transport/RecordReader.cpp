@@ -1,4 +1,4 @@
-#include "transport/RecordReader.h"
+#include "mount_nfs/transport/RecordReader.h"
 
 #include <algorithm>
 #include <cstring>

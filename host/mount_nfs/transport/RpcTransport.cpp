@@ -1,4 +1,4 @@
-#include "transport/RpcTransport.h"
+#include "mount_nfs/transport/RpcTransport.h"
 
 #include <netinet/tcp.h>
 #include <sys/epoll.h>

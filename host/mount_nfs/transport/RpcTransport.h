@@ -1,9 +1,9 @@
 #pragma once
 
 #include "common/FileDescriptor.h"
-#include "protocol/Rpc.h"
-#include "transport/EventLoop.h"
-#include "transport/RecordReader.h"
+#include "mount_nfs/protocol/Rpc.h"
+#include "mount_nfs/transport/EventLoop.h"
+#include "mount_nfs/transport/RecordReader.h"
 
 #include <netinet/in.h>
 #include <sys/socket.h>

@@ -5,30 +5,15 @@
 namespace harbrix {
 
 SecretServiceStore::SecretServiceStore(BusAddress bus, std::chrono::milliseconds limit)
-    : m_bus(std::move(bus)), m_limit(limit), m_connection(QString()) {}
-
-SecretServiceStore::~SecretServiceStore() {
-    if (!m_connection.name().isEmpty())
-        QDBusConnection::disconnectFromBus(m_connection.name());
-}
-
-QDBusConnection SecretServiceStore::connection() {
-    const std::scoped_lock lock(m_mutex);
-    if (!m_connection.isConnected()) {
-        if (!m_connection.name().isEmpty())
-            QDBusConnection::disconnectFromBus(m_connection.name());
-        m_connection = m_bus.connect();
-    }
-    return m_connection;
-}
+    : m_bus(std::move(bus)), m_limit(limit) {}
 
 bool SecretServiceStore::isOnBus() {
-    return SecretServiceConversation(connection(), m_limit).serviceIsOnBus();
+    return SecretServiceConversation(m_bus.get(), m_limit).serviceIsOnBus();
 }
 
 SecretStore::Status SecretServiceStore::add(const SecretIdentity& identity,
                                             const QByteArray& secret) {
-    SecretServiceConversation service(connection(), m_limit);
+    SecretServiceConversation service(m_bus.get(), m_limit);
     const auto items = service.search(identity);
     if (!items)
         return items.error();
@@ -48,7 +33,7 @@ SecretStore::Status SecretServiceStore::add(const SecretIdentity& identity,
 }
 
 SecretStore::Status SecretServiceStore::remove(const SecretIdentity& identity) {
-    SecretServiceConversation service(connection(), m_limit);
+    SecretServiceConversation service(m_bus.get(), m_limit);
     const auto items = service.search(identity);
     if (!items)
         return items.error();
@@ -67,7 +52,7 @@ SecretStore::Status SecretServiceStore::remove(const SecretIdentity& identity) {
 
 std::expected<QByteArray, SecretStore::Status>
 SecretServiceStore::find(const SecretIdentity& identity) {
-    SecretServiceConversation service(connection(), m_limit);
+    SecretServiceConversation service(m_bus.get(), m_limit);
     const auto items = service.search(identity);
     if (!items)
         return std::unexpected(items.error());

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/MessageBus.h"
 #include "platform/SecretStore.h"
+#include "platform/linux/SharedBusConnection.h"
 
 #include <atomic>
-#include <mutex>
+#include <chrono>
 
 namespace harbrix {
 
@@ -19,7 +19,6 @@ public:
     /// `limit` is how long one call may take altogether.
     explicit SecretServiceStore(BusAddress bus,
                                 std::chrono::milliseconds limit = std::chrono::seconds(10));
-    ~SecretServiceStore() override;
 
     [[nodiscard]] Status add(const SecretIdentity& identity, const QByteArray& secret) override;
     Status remove(const SecretIdentity& identity) override;
@@ -29,12 +28,8 @@ public:
     [[nodiscard]] bool isOnBus();
 
 private:
-    [[nodiscard]] QDBusConnection connection();
-
-    BusAddress m_bus;
+    SharedBusConnection m_bus;
     std::chrono::milliseconds m_limit;
-    std::mutex m_mutex; ///< for the making of connections; calls go out side by side
-    QDBusConnection m_connection;
     std::atomic<bool> m_hasPrompted = false;
 };
 

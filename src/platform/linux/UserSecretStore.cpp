@@ -1,6 +1,8 @@
 #include "platform/linux/FileSecretStore.h"
 #include "platform/linux/SecretServiceStore.h"
 
+#include <mutex>
+
 namespace harbrix {
 
 namespace {

@@ -72,9 +72,7 @@ Look buttonLook(const QStyleOption* option, bool prominent) {
             fill = fill.lighter(108);
         return {fill, fill};
     }
-    const Tint fill = pressed   ? Tint::controlPressed
-                      : hovered ? Tint::controlHover
-                                : Tint::control;
+    const Tint fill = pressed ? Tint::controlPressed : hovered ? Tint::controlHover : Tint::control;
     return {color(fill, palette), color(Tint::border, palette)};
 }
 
@@ -138,9 +136,8 @@ void drawScrollBar(QPainter* painter, const QStyleOptionSlider* option, const QR
         return;
     const bool active = option->state & (QStyle::State_MouseOver | QStyle::State_Sunken);
     const bool vertical = option->orientation == Qt::Vertical;
-    const QRectF thumb =
-        QRectF(handle).adjusted(vertical ? 2 : 1, vertical ? 1 : 2, vertical ? -2 : -1,
-                                vertical ? -1 : -2);
+    const QRectF thumb = QRectF(handle).adjusted(vertical ? 2 : 1, vertical ? 1 : 2,
+                                                 vertical ? -2 : -1, vertical ? -1 : -2);
     const qreal round = std::min(thumb.width(), thumb.height()) / 2;
     QColor fill = color(Tint::gray, option->palette);
     fill.setAlphaF(active ? 0.8F : 0.45F);
@@ -207,8 +204,9 @@ void FlatStyle::drawControl(ControlElement element, const QStyleOption* option, 
     }
     if (element == CE_ToolBar) {
         painter->fillRect(option->rect, color(Tint::window, option->palette));
-        painter->fillRect(QRect(option->rect.left(), option->rect.bottom(), option->rect.width(), 1),
-                          color(Tint::separator, option->palette));
+        painter->fillRect(
+            QRect(option->rect.left(), option->rect.bottom(), option->rect.width(), 1),
+            color(Tint::separator, option->palette));
         return;
     }
     if (element == CE_Splitter) {
@@ -327,17 +325,25 @@ QRect FlatStyle::subControlRect(ComplexControl control, const QStyleOptionComple
             const qint64 range = qint64(slider->maximum) - slider->minimum;
             int thumb = length;
             if (range > 0)
-                thumb = std::clamp(int(qint64(slider->pageStep) * length /
-                                       (range + slider->pageStep)),
-                                   std::min(32, length), length);
-            const int start = sliderPositionFromValue(slider->minimum, slider->maximum,
-                                                      slider->sliderPosition, length - thumb,
-                                                      slider->upsideDown);
+                thumb =
+                    std::clamp(int(qint64(slider->pageStep) * length / (range + slider->pageStep)),
+                               std::min(32, length), length);
+            const int start =
+                sliderPositionFromValue(slider->minimum, slider->maximum, slider->sliderPosition,
+                                        length - thumb, slider->upsideDown);
             return vertical ? QRect(0, start, option->rect.width(), thumb)
                             : QRect(start, 0, thumb, option->rect.height());
         }
     }
     return QProxyStyle::subControlRect(control, option, part, widget);
+}
+
+QRect FlatStyle::subElementRect(SubElement element, const QStyleOption* option,
+                                const QWidget* widget) const {
+    // With the margin that a line edit adds by itself the text begins where that of a picker does.
+    if (element == SE_LineEditContents)
+        return option->rect.adjusted(spacing::small - 2, 1, 2 - spacing::small, -1);
+    return QProxyStyle::subElementRect(element, option, widget);
 }
 
 void FlatStyle::polish(QWidget* widget) {

@@ -33,6 +33,8 @@ public:
                                          const QWidget* widget) const override;
     [[nodiscard]] QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option,
                                        SubControl part, const QWidget* widget) const override;
+    [[nodiscard]] QRect subElementRect(SubElement element, const QStyleOption* option,
+                                       const QWidget* widget) const override;
     void polish(QWidget* widget) override;
     using QProxyStyle::polish;
 };

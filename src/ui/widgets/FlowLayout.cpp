@@ -78,10 +78,12 @@ QList<FlowLayout::Line> FlowLayout::linesFor(int width) const {
     if (widthOf(leading + trailing) <= width)
         return {Line{leading, trailing}};
     QList<Line> lines;
-    for (const auto& line : wrapped(leading, width))
-        lines << Line{line, {}};
-    for (const auto& line : wrapped(trailing, width))
-        lines << Line{{}, line};
+    for (const auto& items : wrapped(leading + trailing, width)) {
+        Line line;
+        for (QLayoutItem* item : items)
+            (trailing.contains(item) ? line.trailing : line.leading) << item;
+        lines << line;
+    }
     return lines;
 }
 

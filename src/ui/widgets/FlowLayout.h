@@ -5,8 +5,8 @@
 
 namespace harbrix {
 
-/// Lines of items that wrap. Items from the trailing group on stand at the trailing edge: on the
-/// line of the others where there is room, else on lines of their own.
+/// Lines of items that wrap. Within each line the items of the trailing group stand at the trailing
+/// edge.
 class FlowLayout : public QLayout {
     Q_OBJECT
 

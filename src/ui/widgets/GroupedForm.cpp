@@ -41,6 +41,14 @@ void CardFrame::paintEvent(QPaintEvent*) {
     }
 }
 
+Divider::Divider(QWidget* parent) : QWidget(parent) {
+    setFixedHeight(1);
+}
+
+void Divider::paintEvent(QPaintEvent*) {
+    QPainter(this).fillRect(contentsRect(), color(Tint::separator, palette()));
+}
+
 FormRow::FormRow(QWidget* control, QWidget* parent)
     : QWidget(parent), m_label(new TextLabel(TextRole::body, Tint::primary)), m_control(control),
       m_layout(new QBoxLayout(QBoxLayout::LeftToRight, this)),
@@ -103,14 +111,14 @@ FormRow* FormSection::addRow(QWidget* control) {
     return row;
 }
 
-TextLabel* FormSection::addNote(Tint tint) {
-    auto* note = new TextLabel(TextRole::caption, tint);
-    note->setContentsMargins(spacing::medium, spacing::small, spacing::medium, spacing::small);
-    m_card->addRow(note);
+TextLabel* FormSection::addNote() {
+    auto* note = new TextLabel(TextRole::caption, Tint::secondary);
+    addContent(note);
     return note;
 }
 
 void FormSection::addContent(QWidget* content) {
+    content->setContentsMargins(spacing::medium, spacing::small, spacing::medium, spacing::small);
     m_card->addRow(content);
 }
 
@@ -121,11 +129,10 @@ GroupedForm::GroupedForm(QWidget* parent) : QWidget(parent), m_sections(new QVBo
     m_sections->addStretch();
 }
 
-FormSection* GroupedForm::addSection() {
-    auto* section = new FormSection;
+void GroupedForm::addSection(FormSection* section) {
     m_all << section;
     m_sections->insertWidget(m_sections->count() - 1, section);
-    return section;
+    connect(section, &FormSection::rowsChanged, this, &GroupedForm::arrangeRows);
 }
 
 void GroupedForm::arrangeRows() {

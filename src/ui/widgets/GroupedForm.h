@@ -25,6 +25,17 @@ private:
     QVBoxLayout* m_rows;
 };
 
+/// A hairline.
+class Divider : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit Divider(QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
 /// A label and its control: side by side, or one above the other where that is too narrow.
 class FormRow : public QWidget {
     Q_OBJECT
@@ -59,10 +70,14 @@ public:
     void setTitle(const QString& title);
     FormRow* addRow(QWidget* control);
     /// A row of explanation.
-    TextLabel* addNote(Tint tint = Tint::secondary);
-    /// Any other row.
+    TextLabel* addNote();
+    /// Any other row, with the margins of a row.
     void addContent(QWidget* content);
     [[nodiscard]] const QList<FormRow*>& rows() const { return m_rows; }
+
+signals:
+    /// Other rows are to be seen, or other texts.
+    void rowsChanged();
 
 private:
     TextLabel* m_title;
@@ -76,17 +91,21 @@ class GroupedForm : public QWidget {
 
 public:
     static constexpr int widest = 680;
+    static constexpr int narrowest = 240;
 
     explicit GroupedForm(QWidget* parent = nullptr);
 
-    FormSection* addSection();
-    /// To be called after texts or visible rows have changed.
-    void arrangeRows();
+    void addSection(FormSection* section);
+
+    /// Narrower than rows whose labels stand beside: they give way when it comes to that.
+    [[nodiscard]] QSize minimumSizeHint() const override { return {narrowest, 0}; }
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void arrangeRows();
+
     QVBoxLayout* m_sections;
     QList<FormSection*> m_all;
 };

@@ -9,19 +9,22 @@
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
-namespace {
 // The resource lives in a static library, from which nothing else would pull it in. The macro has
-// to stand outside of any namespace.
-void loadResources() {
+// to stand outside of any namespace, an unnamed one included.
+static void loadResources() {
     Q_INIT_RESOURCE(ui);
 }
-} // namespace
 
 namespace harbrix {
+
+void ensureResources() {
+    [[maybe_unused]] static const bool loaded = (loadResources(), true);
+}
+
 namespace {
 
 QString fileOf(const QString& name) {
-    [[maybe_unused]] static const bool loaded = (loadResources(), true);
+    ensureResources();
     return QStringLiteral(":/symbols/%1.svg").arg(name);
 }
 
@@ -68,8 +71,7 @@ public:
 
 private:
     [[nodiscard]] QColor colorFor(QIcon::Mode mode) const {
-        return color(mode == QIcon::Disabled ? Tint::tertiary : m_tint,
-                     QGuiApplication::palette());
+        return color(mode == QIcon::Disabled ? Tint::tertiary : m_tint, QGuiApplication::palette());
     }
 
     QString m_name;
@@ -89,7 +91,7 @@ QIcon symbolIcon(const QString& name, Tint tint) {
 }
 
 QIcon applicationIcon() {
-    [[maybe_unused]] static const bool loaded = (loadResources(), true);
+    ensureResources();
     const QString name = QStringLiteral("com.harbrix.app");
     return QIcon::fromTheme(name, QIcon(QStringLiteral(":/icons/%1.svg").arg(name)));
 }
@@ -108,8 +110,8 @@ void SymbolView::setSymbol(const QString& name, Tint tint) {
 
 void SymbolView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.drawPixmap(
-        0, 0, symbolPixmap(m_name, m_size, color(m_tint, palette()), devicePixelRatioF()));
+    painter.drawPixmap(0, 0,
+                       symbolPixmap(m_name, m_size, color(m_tint, palette()), devicePixelRatioF()));
 }
 
 } // namespace harbrix

@@ -8,6 +8,10 @@
 
 namespace harbrix {
 
+/// Makes the symbols, the icon and the translations that are built in known to the program. What
+/// reads texts before the first widget calls it itself.
+void ensureResources();
+
 /// The symbol of that name in one colour, a square of `size` device-independent pixels. Null, with
 /// a warning in the log, where there is no such symbol.
 [[nodiscard]] QPixmap symbolPixmap(const QString& name, int size, const QColor& color,

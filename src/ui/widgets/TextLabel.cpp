@@ -45,13 +45,13 @@ void TextLabel::changeEvent(QEvent* event) {
 void TextLabel::paintEvent(QPaintEvent* event) {
     if (m_lines == Lines::Wrapped)
         return QLabel::paintEvent(event);
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
+    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
     setToolTip(shown == text() ? QString() : text());
     QPainter painter(this);
     painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawText(rect(), int(alignment() & Qt::AlignHorizontal_Mask) | Qt::AlignVCenter |
-                                 Qt::TextSingleLine,
-                     shown);
+    painter.drawText(
+        contentsRect(),
+        int(alignment() & Qt::AlignHorizontal_Mask) | Qt::AlignVCenter | Qt::TextSingleLine, shown);
 }
 
 } // namespace harbrix

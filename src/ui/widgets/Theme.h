@@ -53,7 +53,8 @@ enum class TextRole { largeTitle, title2, title3, headline, body, callout, capti
 
 /// The grid that margins and gaps stand on, in device-independent pixels.
 namespace spacing {
-inline constexpr int hair = 2, tight = 4, small = 8, medium = 12, regular = 16, large = 20, huge = 24;
+inline constexpr int hair = 2, tight = 4, small = 8, medium = 12, regular = 16, large = 20,
+                     huge = 24;
 } // namespace spacing
 
 /// Dresses the application: style, fonts, palette, window icon. Follows the colour scheme of the

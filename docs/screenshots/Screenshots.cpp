@@ -1,0 +1,200 @@
+// Draws the windows in scripted states, for the README and the documentation.
+
+#include "support/UiWorld.h"
+#include "ui/WindowScenes.h"
+#include "ui/about/AboutView.h"
+#include "ui/main/MainWindowView.h"
+#include "ui/menu/StatusMenu.h"
+#include "ui/widgets/Theme.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+
+#include <cstdio>
+
+namespace harbrix {
+namespace {
+
+/// What a shot is made of beside its scene.
+struct Variant {
+    ColorScheme scheme;
+    AppLanguage language;
+};
+
+void settle(UiWorld& world) {
+    world.automation.scheduler.settle();
+    for (int round = 0; round < 4; ++round)
+        QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+class Session {
+public:
+    Session(const Variant& variant, QDir folder)
+        : m_variant(variant), m_folder(std::move(folder)), m_scenes(m_world.environment) {
+        m_world.language.setSelectedLanguage(variant.language);
+        m_world.automation.goOnline("192.168.1.24");
+        settle(m_world);
+    }
+
+    void addSampleShares();
+    void takeAll();
+
+private:
+    NASConfig addShare(const QString& name, const QString& address, const QString& range,
+                       const MountState& state);
+    MainWindowView& mainWindow(const QSize& size) {
+        m_scenes.open(QStringLiteral("main"));
+        auto* window = qobject_cast<MainWindowView*>(m_scenes.window(QStringLiteral("main")));
+        window->resize(size);
+        settle(m_world);
+        return *window;
+    }
+    void save(QWidget& window, const QString& scene) {
+        settle(m_world);
+        if (QWidget* focus = window.focusWidget())
+            focus->clearFocus();
+        settle(m_world);
+        write(window.grab(), scene);
+    }
+    void write(const QPixmap& shot, const QString& scene) const {
+        const bool dark = m_variant.scheme == ColorScheme::dark;
+        const bool twice = shot.devicePixelRatio() > 1;
+        const QString path =
+            m_folder.filePath(QStringLiteral("%1-%2-%3%4.png")
+                                  .arg(scene, rawValue(m_variant.language),
+                                       dark ? QStringLiteral("dark") : QStringLiteral("light"),
+                                       twice ? QStringLiteral("@2x") : QString()));
+        if (!shot.save(path))
+            std::fprintf(stderr, "screenshots: cannot write %s\n", qPrintable(path));
+    }
+    void takeMenu();
+    void takeAlert(MainWindowView& window);
+
+    Variant m_variant;
+    QDir m_folder;
+    UiWorld m_world;
+    WindowScenes m_scenes;
+    std::vector<NASConfig> m_shares;
+};
+
+NASConfig Session::addShare(const QString& name, const QString& address, const QString& range,
+                            const MountState& state) {
+    NASConfig config = NASConfig::blank();
+    config.name = name;
+    config.address = address;
+    config.sharePath = QStringLiteral("/shared/media");
+    config.username = QStringLiteral("anna");
+    config.networkBinding.ipRange = range;
+    m_world.automation.store.add(config);
+    std::optional<QUrl> mountPoint;
+    if (state.kind() == MountState::Kind::mounted)
+        mountPoint = QUrl::fromLocalFile(QStringLiteral("/home/anna/HarbrixVolumes/") + name);
+    m_world.automation.appState.updateStatus(config.id, state, mountPoint);
+    m_shares.push_back(config);
+    return config;
+}
+
+void Session::addSampleShares() {
+    const bool chinese = m_variant.language == AppLanguage::zhHans;
+    const auto name = [chinese](const char* english, const char* translated) {
+        return QString::fromUtf8(chinese ? translated : english);
+    };
+    const QString home = QStringLiteral("192.168.1.0/24");
+    addShare(name("Media", "家庭影音"), "192.168.1.10", home, MountState::Kind::mounted);
+    addShare(name("Photos", "照片备份"), "192.168.1.10", "0.0.0.0/0", MountState::Kind::mounted);
+    addShare(name("Time Archive", "归档"), "nas.local", home, MountState::Kind::mounting);
+    addShare(name("Studio", "工作室"), "192.168.1.42", home,
+             MountState::failed(HarbrixError::authenticationFailed(
+                 QStringLiteral("The server refused the user name or the password."))));
+    addShare(name("Office", "公司文件"), "10.20.0.5", "10.20.0.0/16", MountState::Kind::offline);
+    NASConfig manual =
+        addShare(name("Backups", "备份"), "backup.local", home, MountState::Kind::idle);
+    manual.isEnabled = false;
+    m_world.automation.store.update(manual);
+}
+
+void Session::takeMenu() {
+    StatusMenu menu;
+    menu.setContent(
+        menuContent(m_world.automation.store.configs(), m_world.automation.appState.nasStatuses()));
+    menu.popup({});
+    save(menu, QStringLiteral("menu"));
+    menu.hide();
+}
+
+void Session::takeAlert(MainWindowView& window) {
+    window.setSelectedConfigID(m_shares[4].id);
+    settle(m_world);
+    window.findChild<QPushButton*>(QStringLiteral("mount"))->click();
+    settle(m_world);
+    auto* alert = window.findChild<QWidget*>(QStringLiteral("networkMismatchAlert"));
+    QPixmap shot = window.grab();
+    const QPixmap box = alert->grab();
+    QPainter painter(&shot);
+    painter.fillRect(QRect(QPoint(), window.size()), QColor(0, 0, 0, 70));
+    const QRect place(
+        QPoint((window.width() - alert->width()) / 2, (window.height() - alert->height()) / 2),
+        alert->size());
+    painter.drawPixmap(place.topLeft(), box);
+    painter.setPen(color(Tint::border, window.palette()));
+    painter.drawRect(place.adjusted(-1, -1, 0, 0));
+    painter.end();
+    write(shot, QStringLiteral("mismatch"));
+    alert->findChild<QPushButton*>(QStringLiteral("cancelMount"))->click();
+    settle(m_world);
+}
+
+void Session::takeAll() {
+    const QSize regular(760, 560);
+    save(mainWindow({600, 500}), QStringLiteral("empty"));
+    addSampleShares();
+    MainWindowView& window = mainWindow(regular);
+    save(window, QStringLiteral("folders"));
+    window.setSelectedConfigID(m_shares[0].id);
+    save(window, QStringLiteral("form-smb"));
+    window.setSelectedConfigID(m_shares[3].id);
+    save(window, QStringLiteral("form-failed"));
+    window.findChild<QComboBox*>(QStringLiteral("protocol"))->setCurrentIndex(1);
+    save(window, QStringLiteral("form-nfs"));
+    window.findChild<QPushButton*>(QStringLiteral("testConnection"))->click();
+    settle(m_world);
+    auto* scroll = window.findChild<QScrollArea*>(QStringLiteral("formScroll"));
+    scroll->verticalScrollBar()->setValue(scroll->verticalScrollBar()->maximum());
+    save(window, QStringLiteral("form-binding"));
+    takeAlert(window);
+    window.setSelectedConfigID(m_shares[0].id);
+    save(mainWindow({500, 400}), QStringLiteral("smallest"));
+    const std::unique_ptr<QWidget> about(makeAboutWindow(m_world.environment));
+    about->show();
+    save(*about, QStringLiteral("about"));
+    takeMenu();
+}
+
+} // namespace
+} // namespace harbrix
+
+int main(int argc, char** argv) {
+    using namespace harbrix;
+    QApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() != 2) {
+        std::fprintf(stderr, "usage: screenshots FOLDER\n");
+        return 64;
+    }
+    QDir().mkpath(arguments.at(1));
+    Theme theme(application);
+    for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
+        theme.setColorScheme(scheme);
+        for (const AppLanguage language :
+             {AppLanguage::english, AppLanguage::zhHans, AppLanguage::german})
+            Session({scheme, language}, QDir(arguments.at(1))).takeAll();
+    }
+    return 0;
+}

@@ -1,0 +1,127 @@
+#include "app/HarbrixApp.h"
+
+#include "app/TerminationSignals.h"
+#include "base/Worker.h"
+#include "platform/MessageBus.h"
+#include "platform/OpenUrl.h"
+
+#include <QApplication>
+
+namespace harbrix {
+namespace {
+
+void warnOfSecretFile(const QString& path) {
+    log(LogLevel::warning,
+        QStringLiteral("No Secret Service on the session bus; passwords are kept in ") + path,
+        LogCategory::keychain);
+}
+
+} // namespace
+
+QString HarbrixApp::defaultsPath(const AppDirectories& directories) {
+    return directories.config + QStringLiteral("/Harbrix/defaults.json");
+}
+
+HarbrixApp::HarbrixApp()
+    : m_defaults(defaultsPath(m_directories)),
+      m_log(m_defaults, m_directories.applicationSupport, m_directories.temporary),
+      m_languageManager(m_defaults), m_appState([this] { return m_scheduler.wallClock(); }),
+      m_secrets(createSecretStore(BusAddress::session(),
+                                  m_directories.applicationSupport + "/Harbrix/secrets.json",
+                                  [path = m_directories.applicationSupport +
+                                          "/Harbrix/secrets.json"] { warnOfSecretFile(path); })),
+      m_keychain(*m_secrets), m_configStore(m_defaults, m_appState, m_keychain),
+      m_fileSystem(FileSystem::create()), m_launcher(ProcessLauncher::create()),
+      m_engine(m_keychain, m_configStore, m_appState, *m_fileSystem, *m_launcher, m_scheduler,
+               m_directories.home),
+      m_networkPath(NetworkPathMonitor::create()),
+      m_wifi(WiFiNetworkName::create(BusAddress::system())),
+      m_network(*m_networkPath, NetworkSources::ofThisMachine(*m_wifi), m_scheduler),
+      m_sleepMonitor(SleepMonitor::create(BusAddress::system(), m_scheduler)),
+      m_notificationPreferences(m_defaults),
+      m_desktopNotifications(DesktopNotifications::create(
+          BusAddress::session(), m_scheduler, QStringLiteral("Harbrix"),
+          QLatin1String(AppDelegate::applicationIdentifier))),
+      m_notifications(*m_desktopNotifications, m_notificationPreferences, m_scheduler),
+      m_strategy(m_engine, m_configStore, m_appState, m_network, m_notifications, m_defaults,
+                 m_scheduler, *m_sleepMonitor),
+      m_saver(m_configStore, m_keychain, m_strategy),
+      m_remoteControl({m_configStore, m_appState, m_keychain, m_engine, m_network, m_strategy}) {
+    // The objects are there before the name is: who sees the name can call them.
+    publish();
+    m_instance = std::make_unique<SingleInstance>(QLatin1String(AppDelegate::applicationIdentifier),
+                                                  m_directories.runtime);
+    m_appDelegate = std::make_unique<AppDelegate>(*m_instance, *m_desktopNotifications, m_network,
+                                                  m_strategy, m_defaults, m_scheduler);
+    connectParts();
+}
+
+HarbrixApp::~HarbrixApp() = default;
+
+void HarbrixApp::publish() {
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        log(LogLevel::warning, QStringLiteral("No session bus; remote control (harbrixctl) is off"),
+            LogCategory::system);
+        return;
+    }
+    if (!m_remoteControl.publish(bus) || !m_applicationObject.publish(bus))
+        log(LogLevel::error, QStringLiteral("The session bus refused the remote control"),
+            LogCategory::system);
+}
+
+void HarbrixApp::connectParts() {
+    QCoreApplication* application = QCoreApplication::instance();
+    const auto quit = &QCoreApplication::quit;
+    QObject::connect(m_appDelegate.get(), &AppDelegate::terminateRequested, application, quit);
+    QObject::connect(&m_remoteControl, &RemoteControl::quitRequested, application, quit);
+    QObject::connect(application, &QCoreApplication::aboutToQuit, m_appDelegate.get(),
+                     &AppDelegate::applicationWillTerminate);
+    makeUserInterface();
+}
+
+void HarbrixApp::makeUserInterface() {
+    auto* application = qobject_cast<QApplication*>(QCoreApplication::instance());
+    if (!application)
+        return;
+    const Environment environment{m_appState,
+                                  m_configStore,
+                                  m_languageManager,
+                                  m_network,
+                                  m_strategy,
+                                  m_engine,
+                                  m_saver,
+                                  [](const QUrl& url) {
+                                      if (!openUrl(url))
+                                          log(LogLevel::warning,
+                                              QStringLiteral("Nothing opens ") + url.toString(),
+                                              LogCategory::ui);
+                                  }};
+    m_userInterface =
+        std::make_unique<UserInterface>(*application, environment, m_scheduler, *m_sleepMonitor);
+    UserInterface* ui = m_userInterface.get();
+    QObject::connect(m_appDelegate.get(), &AppDelegate::statusItemRequested, ui,
+                     &UserInterface::start);
+    QObject::connect(m_appDelegate.get(), &AppDelegate::launched, ui,
+                     &UserInterface::openMainWindow);
+    QObject::connect(ui, &UserInterface::quitRequested, application, &QCoreApplication::quit);
+    QObject::connect(&m_applicationObject, &ApplicationObject::activated, ui,
+                     &UserInterface::activate);
+    QObject::connect(&m_notifications, &NotificationService::activationRequested, ui,
+                     &UserInterface::activate);
+}
+
+int HarbrixApp::run() {
+    const TerminationSignals signalsOfTheSystem([] { QCoreApplication::quit(); });
+    m_scheduler.post([this] { m_appDelegate->applicationDidFinishLaunching(); });
+    const int exitCode = QCoreApplication::exec();
+    m_log.waitForWrites();
+    return exitCode;
+}
+
+bool HarbrixApp::isBusy() const {
+    return m_strategy.runningFlows() > 0 || m_saver.isSaving() ||
+           m_remoteControl.runningCalls() > 0 || workerPool().activeThreadCount() > 0;
+}
+
+} // namespace harbrix

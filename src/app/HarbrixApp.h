@@ -1,0 +1,86 @@
+#pragma once
+
+#include "app/AppDelegate.h"
+#include "app/ApplicationObject.h"
+#include "app/RemoteControl.h"
+#include "app/UserInterface.h"
+#include "automation/AutoMountStrategy.h"
+#include "automation/NetworkMonitor.h"
+#include "automation/ShareSaver.h"
+#include "base/Scheduler.h"
+#include "config/NASConfigStore.h"
+#include "core/AppStateManager.h"
+#include "credentials/KeychainManager.h"
+#include "mount/MountEngine.h"
+#include "platform/AppDirectories.h"
+#include "platform/ChildProcess.h"
+#include "platform/DesktopNotifications.h"
+#include "platform/FileSystem.h"
+#include "platform/SecretStore.h"
+#include "platform/SingleInstance.h"
+#include "platform/SleepMonitor.h"
+#include "platform/UserDefaults.h"
+#include "platform/WiFiNetworkName.h"
+#include "services/LanguageManager.h"
+#include "services/LogManager.h"
+#include "services/NotificationPreferences.h"
+#include "services/NotificationService.h"
+
+#include <memory>
+
+namespace harbrix {
+
+/// The composition root: exactly one of each service, made in dependency order and ended in
+/// reverse. Needs a QCoreApplication. Nothing below this room sees it.
+class HarbrixApp {
+public:
+    HarbrixApp();
+    HarbrixApp(const HarbrixApp&) = delete;
+    HarbrixApp& operator=(const HarbrixApp&) = delete;
+    ~HarbrixApp();
+
+    /// Launches, runs the event loop until a quit is asked for and runs the termination sequence.
+    /// The exit code of the process.
+    [[nodiscard]] int run();
+
+    /// Whether a flow or a worker still uses the services, which then must not be destroyed.
+    [[nodiscard]] bool isBusy() const;
+
+    /// Where the user's settings lie.
+    [[nodiscard]] static QString defaultsPath(const AppDirectories& directories);
+
+private:
+    void connectParts();
+    void makeUserInterface();
+    void publish();
+
+    // Members are made from top to bottom and ended from bottom to top.
+    const AppDirectories m_directories = AppDirectories::ofThisUser();
+    RealScheduler m_scheduler;
+    UserDefaults m_defaults;
+    LogManager m_log;
+    LanguageManager m_languageManager;
+    AppStateManager m_appState;
+    std::unique_ptr<SecretStore> m_secrets;
+    KeychainManager m_keychain;
+    NASConfigStore m_configStore;
+    std::unique_ptr<FileSystem> m_fileSystem;
+    std::unique_ptr<ProcessLauncher> m_launcher;
+    MountEngine m_engine;
+    std::unique_ptr<NetworkPathMonitor> m_networkPath;
+    std::unique_ptr<WiFiNetworkName> m_wifi;
+    NetworkMonitor m_network;
+    std::unique_ptr<SleepMonitor> m_sleepMonitor;
+    NotificationPreferences m_notificationPreferences;
+    std::unique_ptr<DesktopNotifications> m_desktopNotifications;
+    NotificationService m_notifications;
+    AutoMountStrategy m_strategy;
+    ShareSaver m_saver;
+    RemoteControl m_remoteControl;
+    ApplicationObject m_applicationObject;
+    std::unique_ptr<SingleInstance> m_instance;
+    std::unique_ptr<AppDelegate> m_appDelegate;
+    std::unique_ptr<UserInterface> m_userInterface; ///< none without a display
+};
+
+} // namespace harbrix

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "ui/menu/MenuContent.h"
+
+#include <QMenu>
+
+#include <map>
+#include <span>
+
+namespace harbrix {
+
+/// The menu of the status item as the desktop shows it. What a host shows and what is here may
+/// differ for a moment, so commands keep their actions for good: a click on one always arrives.
+class StatusMenu : public QMenu {
+    Q_OBJECT
+
+public:
+    explicit StatusMenu(QWidget* parent = nullptr);
+
+    void setContent(const std::vector<MenuEntry>& content);
+
+signals:
+    void commandChosen(harbrix::MenuCommand command);
+
+private:
+    void appendTail(std::span<const MenuEntry> tail);
+    void setRows(const std::vector<MenuEntry>& content);
+    QAction* appendCommand(const MenuEntry& entry);
+
+    QList<QAction*> m_rows;
+    QAction* m_end = nullptr; ///< what follows the rows
+    std::map<MenuCommand, QAction*> m_commands;
+};
+
+/// A title as a host of the tray shows it unchanged: without the special meaning that underscores
+/// and ampersands have there, on one line, and of bounded length.
+[[nodiscard]] QString hostTitle(const QString& title);
+
+} // namespace harbrix

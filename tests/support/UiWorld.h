@@ -1,0 +1,33 @@
+#pragma once
+
+#include "automation/ShareSaver.h"
+#include "automation/StrategyFixture.h"
+#include "services/LanguageManager.h"
+#include "ui/Environment.h"
+#include "ui/widgets/SymbolIcon.h"
+
+#include <QTemporaryDir>
+
+namespace harbrix {
+
+/// All that the windows stand on: the real state and services over a machine that is played.
+class UiWorld {
+public:
+    UiWorld() { ensureResources(); }
+
+    QTemporaryDir directory;
+    Automation automation{directory.filePath("defaults.json")};
+    LanguageManager language{automation.defaults};
+    ShareSaver saver{automation.store, automation.keychain, automation.strategy};
+    std::vector<QUrl> opened;
+    Environment environment{automation.appState,
+                            automation.store,
+                            language,
+                            automation.network,
+                            automation.strategy,
+                            automation.engine,
+                            saver,
+                            [this](const QUrl& url) { opened.push_back(url); }};
+};
+
+} // namespace harbrix

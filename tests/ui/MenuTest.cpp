@@ -1,0 +1,96 @@
+#include "services/LanguageManager.h"
+#include "support/UiWorld.h"
+#include "ui/menu/MenuContent.h"
+#include "ui/menu/StatusMenu.h"
+
+namespace harbrix {
+namespace {
+
+using Kind = MountState::Kind;
+
+class MenuTest : public testing::Test {
+protected:
+    MenuTest() { world.language.setSelectedLanguage(AppLanguage::zhHans); }
+
+    [[nodiscard]] std::vector<MenuEntry> content() const {
+        return menuContent(world.automation.store.configs(),
+                           world.automation.appState.nasStatuses());
+    }
+    [[nodiscard]] static QStringList titles(const std::vector<MenuEntry>& entries) {
+        QStringList titles;
+        for (const MenuEntry& entry : entries)
+            titles << (entry.kind == MenuEntry::Kind::separator ? QString("-") : entry.title);
+        return titles;
+    }
+
+    UiWorld world;
+};
+
+TEST_F(MenuTest, WithoutSharesOneRowStandsAboveTheCommands) {
+    EXPECT_EQ(titles(content()),
+              QStringList({"暂无 NAS 配置", "-", "立即挂载全部", "立即断开全部", "-", "打开主窗口",
+                           "-", "关于 Harbrix", "-", "退出 Harbrix"}));
+    EXPECT_EQ(content().front().kind, MenuEntry::Kind::row);
+    EXPECT_EQ(content().back().keyEquivalent, "q");
+}
+
+TEST_F(MenuTest, EachStateHasItsMarkerAndItsText) {
+    const struct {
+        MountState state;
+        const char* title;
+    } cases[] = {
+        {Kind::idle, "⚪ Media  —  空闲"},
+        {Kind::mounting, "🟡 Media  —  挂载中..."},
+        {Kind::mounted, "🟢 Media  —  已挂载"},
+        {Kind::unmounting, "🟠 Media  —  卸载中..."},
+        {Kind::offline, "⚫ Media  —  离线"},
+        {MountState::failed(HarbrixError::timeout("x")),
+         "🔴 Media  —  失败: Operation timed out: x"},
+    };
+    const NASConfig media = world.automation.add("Media");
+    for (const auto& [state, title] : cases) {
+        world.automation.appState.updateStatus(media.id, state);
+        EXPECT_EQ(content().front().title, QString::fromUtf8(title));
+    }
+    world.automation.appState.removeStatus(media.id);
+    EXPECT_EQ(content().front().title, "⚪ Media  —  空闲");
+}
+
+TEST_F(MenuTest, CommandsKeepTheirActionsWhileRowsComeAndGo) {
+    StatusMenu menu;
+    menu.setContent(content());
+    QAction* quit = menu.actions().constLast();
+    world.automation.add("First");
+    world.automation.add("Second");
+    menu.setContent(content());
+    EXPECT_EQ(menu.actions().size(), 11);
+    EXPECT_EQ(menu.actions().at(1)->text(), "⚪ Second  —  空闲");
+    EXPECT_FALSE(menu.actions().at(1)->isEnabled());
+    EXPECT_EQ(menu.actions().constLast(), quit);
+
+    std::vector<MenuCommand> chosen;
+    QObject::connect(&menu, &StatusMenu::commandChosen, &menu,
+                     [&chosen](MenuCommand command) { chosen.push_back(command); });
+    for (QAction* action : menu.actions())
+        action->trigger();
+    EXPECT_EQ(chosen, (std::vector<MenuCommand>{MenuCommand::mountAll, MenuCommand::unmountAll,
+                                                MenuCommand::openMainWindow, MenuCommand::openAbout,
+                                                MenuCommand::quit}));
+}
+
+TEST(HostTitle, KeepsNamesAsTheyAreInTheProtocolOfTheTray) {
+    const struct {
+        QString title;
+        QString sent; ///< with Qt's own turning of the first "&" into "_" still to come
+    } cases[] = {
+        {"my_nas", "my__nas"},
+        {"A & B & C", "&A & B & C"},
+        {"two\nlines", "two lines"},
+        {QString(500, 'x'), QString(159, 'x') + QChar(0x2026)},
+    };
+    for (const auto& [title, sent] : cases)
+        EXPECT_EQ(hostTitle(title), sent);
+}
+
+} // namespace
+} // namespace harbrix
