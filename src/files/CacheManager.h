@@ -2,6 +2,7 @@
 
 #include "base/TaskScope.h"
 #include "files/CacheIndex.h"
+#include "files/CacheStorage.h"
 #include "files/SerialQueue.h"
 
 #include <QObject>
@@ -84,12 +85,15 @@ private:
 
     Task<void> start();
     Task<void> readIndex();
-    Task<std::optional<CacheEntry>> store(QUrl sourceURL, QUuid configID, QString relativePath);
-    Task<std::optional<CacheEntry>> copyAndEnter(QUrl sourceURL, QUuid configID,
-                                                 QString relativePath, qint64 size,
-                                                 bool isDirectory);
+    Task<std::optional<CacheEntry>> store(Offer offer);
+    Task<std::optional<CacheEntry>> enter(Offer offer, CopyOutcome outcome);
+    Task<CopyOutcome> copyAfterEviction(CopyRequest request, CopyOutcome outcome);
+    CacheEntry enterCopy(const Offer& offer, const CopyOutcome& outcome);
+    [[nodiscard]] CopyRequest requestFor(const Offer& offer) const;
+    [[nodiscard]] qint64 roomLeft() const;
     Task<void> evict(qint64 requiredSpace);
     Task<void> serveOffers();
+    Task<void> serveSomeOffers();
     Task<void> runSaves();
 
     void indexChanged();
@@ -115,6 +119,8 @@ private:
 
     bool m_isSaveWanted = false;
     bool m_isSaving = false;
+    // The last save did not wait for the disk.
+    bool m_owesSyncedSave = false;
     std::vector<Completion<std::monostate>::Resolver> m_waitingForSave;
 
     TaskScope m_flows;
