@@ -184,17 +184,18 @@ int main(int argc, char** argv) {
     using namespace harbrix;
     QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() != 2) {
-        std::fprintf(stderr, "usage: screenshots FOLDER\n");
+    if (arguments.size() < 3) {
+        std::fprintf(stderr, "usage: screenshots FOLDER LANGUAGE...\n");
         return 64;
     }
-    QDir().mkpath(arguments.at(1));
+    const QDir folder(arguments.at(1));
+    QDir().mkpath(folder.path());
     Theme theme(application);
     for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
         theme.setColorScheme(scheme);
-        for (const AppLanguage language :
-             {AppLanguage::english, AppLanguage::zhHans, AppLanguage::german})
-            Session({scheme, language}, QDir(arguments.at(1))).takeAll();
+        for (const AppLanguage language : allLanguages())
+            if (arguments.indexOf(rawValue(language), 2) >= 0)
+                Session({scheme, language}, folder).takeAll();
     }
     return 0;
 }

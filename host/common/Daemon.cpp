@@ -1,6 +1,7 @@
 #include "common/Daemon.h"
 
 #include "common/CommandLine.h"
+#include "common/Pipe.h"
 
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -18,18 +19,6 @@ namespace harbrix {
 namespace {
 
 // The child's word: one byte of exit code, then the message until the end of the stream.
-std::string readAll(int fd) {
-    std::string text;
-    char buffer[512];
-    for (;;) {
-        const ssize_t count = ::read(fd, buffer, sizeof buffer);
-        if (count > 0)
-            text.append(buffer, static_cast<std::size_t>(count));
-        else if (count == 0 || errno != EINTR)
-            return text;
-    }
-}
-
 bool writeAll(int fd, std::string_view text) {
     while (!text.empty()) {
         const ssize_t count = ::write(fd, text.data(), text.size());
@@ -43,7 +32,7 @@ bool writeAll(int fd, std::string_view text) {
 }
 
 [[noreturn]] void waitForWord(int fd, pid_t child, std::string_view programName) {
-    const std::string word = readAll(fd);
+    const std::string word = readToEnd(fd);
     if (!word.empty() && word[0] == ExitCode::success)
         ::_exit(ExitCode::success);
     std::string message = word.empty() ? std::string() : word.substr(1);

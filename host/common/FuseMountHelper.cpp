@@ -1,5 +1,7 @@
 #include "common/FuseMountHelper.h"
 
+#include "common/Pipe.h"
+
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/socket.h>
@@ -41,16 +43,8 @@ FileDescriptor receiveDescriptor(int socket) {
     return FileDescriptor(fd);
 }
 
-std::string readAll(int fd) {
-    std::string text;
-    char buffer[256];
-    for (;;) {
-        const ssize_t count = ::read(fd, buffer, sizeof buffer);
-        if (count > 0)
-            text.append(buffer, static_cast<std::size_t>(count));
-        else if (count == 0 || errno != EINTR)
-            break;
-    }
+std::string complaint(int errors) {
+    std::string text = readToEnd(errors);
     while (text.ends_with('\n'))
         text.pop_back();
     return text;
@@ -103,7 +97,7 @@ std::expected<FileDescriptor, std::string> mountThroughFusermount(const std::str
     if (error != 0)
         return std::unexpected(std::string("fusermount3: ") + std::strerror(error));
     FileDescriptor device = receiveDescriptor(ours.get());
-    const std::string said = readAll(errorsRead.get());
+    const std::string said = complaint(errorsRead.get());
     int status = 0;
     while (::waitpid(child, &status, 0) < 0 && errno == EINTR)
         ;

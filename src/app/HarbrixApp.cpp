@@ -10,10 +10,13 @@
 namespace harbrix {
 namespace {
 
-void warnOfSecretFile(const QString& path) {
-    log(LogLevel::warning,
-        QStringLiteral("No Secret Service on the session bus; passwords are kept in ") + path,
-        LogCategory::keychain);
+std::unique_ptr<SecretStore> makeSecretStore(const AppDirectories& directories) {
+    const QString path = directories.applicationSupport + QStringLiteral("/Harbrix/secrets.json");
+    return createSecretStore(BusAddress::session(), path, [path] {
+        log(LogLevel::warning,
+            QStringLiteral("No Secret Service on the session bus; passwords are kept in ") + path,
+            LogCategory::keychain);
+    });
 }
 
 } // namespace
@@ -26,12 +29,9 @@ HarbrixApp::HarbrixApp()
     : m_defaults(defaultsPath(m_directories)),
       m_log(m_defaults, m_directories.applicationSupport, m_directories.temporary),
       m_languageManager(m_defaults), m_appState([this] { return m_scheduler.wallClock(); }),
-      m_secrets(createSecretStore(BusAddress::session(),
-                                  m_directories.applicationSupport + "/Harbrix/secrets.json",
-                                  [path = m_directories.applicationSupport +
-                                          "/Harbrix/secrets.json"] { warnOfSecretFile(path); })),
-      m_keychain(*m_secrets), m_configStore(m_defaults, m_appState, m_keychain),
-      m_fileSystem(FileSystem::create()), m_launcher(ProcessLauncher::create()),
+      m_secrets(makeSecretStore(m_directories)), m_keychain(*m_secrets),
+      m_configStore(m_defaults, m_appState, m_keychain), m_fileSystem(FileSystem::create()),
+      m_launcher(ProcessLauncher::create()),
       m_engine(m_keychain, m_configStore, m_appState, *m_fileSystem, *m_launcher, m_scheduler,
                m_directories.home),
       m_networkPath(NetworkPathMonitor::create()),

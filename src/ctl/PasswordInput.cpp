@@ -117,8 +117,8 @@ std::expected<QByteArray, QString> askPasswordOnTerminal(const QString& prompt) 
     if (!terminal)
         return std::unexpected(QStringLiteral("there is no terminal to ask on"));
     const HeldSignals held;
+    const SilencedTerminal silenced(terminal.get()); // before anybody is asked to type
     writeText(terminal.get(), prompt.toUtf8());
-    const SilencedTerminal silenced(terminal.get());
     auto line = readFrom(terminal.get(), true);
     writeText(terminal.get(), "\n");
     if (!line)

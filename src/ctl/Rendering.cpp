@@ -20,13 +20,15 @@ bool hasVolume(const QJsonObject& share) {
 /// What is to be said beside the state: the error, else where the share is mounted.
 QString detailOf(const QJsonObject& share) {
     const QString state = share.value("state").toString();
+    const QString reason = field(share, "reason");
     if (state == "failed")
-        return errorText(share);
+        return errorText(share) +
+               (reason.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(reason));
     if (state == "mounted" && !hasVolume(share))
         return QStringLiteral("no volume at ") + field(share, "mountPoint");
     if (state == "mounted")
         return field(share, "mountPoint");
-    return field(share, "reason");
+    return reason;
 }
 
 QString secondsText(const QJsonValue& seconds) {

@@ -6,53 +6,53 @@ using Kind = MountState::Kind;
 
 namespace {
 
-bool isBackOff(Seconds delay) {
-    return std::ranges::find(AutoMountStrategy::retryIntervals, delay) !=
+/// What a flow in flight arms at this very moment has its whole delay ahead.
+bool isJustArmed(Seconds untilRetry) {
+    return std::ranges::find(AutoMountStrategy::retryIntervals, untilRetry) !=
            AutoMountStrategy::retryIntervals.end();
 }
 
 } // namespace
 
-void Simulation::expect(bool holds, const QString& rule, const QString& name) {
+void Simulation::expect(bool holds, const char* rule, const QString& name) {
     if (!holds && !m_failure)
         m_failure = QStringLiteral("%1 s: %2 %3")
                         .arg(Seconds(m_world.scheduler.now()).count())
                         .arg(rule, name);
 }
 
-Simulation::Before Simulation::observe() const {
-    Before before;
-    before.debouncePending = m_world.strategy.isDebouncePending();
-    before.connected = m_world.network.isConnected();
-    before.at = m_world.scheduler.now();
+void Simulation::observe() {
+    const auto& strategy = m_world.strategy;
+    m_before = {strategy.isDebouncePending(), m_world.network.isConnected(),
+                m_world.scheduler.now()};
+    for (auto& [name, share] : m_shares)
+        share.seen.isThere = false;
     for (const NASConfig& config : m_world.store.configs()) {
-        Seen seen;
-        seen.kind = m_world.state(config).kind();
+        Share& share = m_shares.at(config.name);
+        Seen& seen = share.seen;
+        seen.isThere = true;
+        seen.kind = m_world.appState.nasStatuses().constFind(config.id)->mountState.kind();
         seen.enabled = config.isEnabled;
-        seen.matches = m_world.network.matchesBinding(config);
-        seen.retryCount = m_world.strategy.retryCount(config.id);
-        seen.untilRetry = m_world.strategy.timeUntilRetry(config.id);
-        seen.untilDelayedMount = m_world.strategy.timeUntilDelayedMount(config.id);
-        const auto& inFlight = m_world.engine.inFlight;
-        const auto path = m_world.engine.resolveMountPoint(config);
-        if (const auto found = inFlight.find(path); found != inFlight.end())
-            seen.inFlight = found->second;
-        if (const auto found = m_calls.find(config.name); found != m_calls.end())
-            seen.calls = found->second;
-        before.shares.emplace(config.id, seen);
+        seen.retryCount = strategy.retryCount(config.id);
+        seen.untilRetry = strategy.timeUntilRetry(config.id);
+        seen.untilDelayedMount = strategy.timeUntilDelayedMount(config.id);
+        seen.matches =
+            (seen.untilRetry || m_before.debouncePending) && m_world.network.matchesBinding(config);
+        const auto call = m_world.engine.inFlight.find(share.path);
+        seen.isUnderWay = call != m_world.engine.inFlight.end() && call->second > 0;
+        seen.mounts = share.mounts;
     }
-    return before;
 }
 
 void Simulation::countOutcomes() {
-    m_failures.clear();
-    m_successes.clear();
+    for (auto& [name, share] : m_shares)
+        share.failures = share.successes = 0;
     for (const QString& line : std::exchange(m_world.notifier.told, {})) {
-        const QString name = line.section(' ', 1, 1).remove(':');
-        if (line.startsWith("unmounted"))
+        if (line.startsWith(u"unmounted"))
             continue;
-        --m_mounting[name];
-        ++(line.startsWith("failed") ? m_failures : m_successes)[name];
+        Share& share = m_shares.at(line.section(u' ', 1, 1).remove(u':'));
+        --share.mounting;
+        ++(line.startsWith(u"failed") ? share.failures : share.successes);
     }
 }
 
@@ -71,115 +71,111 @@ void Simulation::checkTimers() {
     expect(m_world.scheduler.pendingAlarms() == known, "a timer that nobody knows of");
 }
 
-void Simulation::checkStep(Event event, const Before& before) {
+void Simulation::checkStep(Event event) {
+    const auto& strategy = m_world.strategy;
     countOutcomes();
     checkSummaries();
     checkTimers();
-    for (const NASConfig& config : m_world.store.configs()) {
-        const auto seen = before.shares.find(config.id);
-        checkShare(config, event, before, seen == before.shares.end() ? Seen{} : seen->second);
-    }
-    for (const auto& [id, seen] : before.shares) {
-        if (m_world.store.config(id))
-            continue;
-        expect(!m_world.strategy.timeUntilRetry(id) && !m_world.strategy.timeUntilDelayedMount(id),
+    for (const NASConfig& config : m_world.store.configs())
+        checkShare(config, event, m_shares.at(config.name));
+    if (m_deleted)
+        expect(!strategy.timeUntilRetry(*m_deleted) && !strategy.timeUntilDelayedMount(*m_deleted),
                "a timer outlives its record");
-    }
     if (event == Event::Sleep) {
-        expect(m_world.strategy.pendingRetries() == 0, "a retry outlives the sleep");
-        expect(!m_world.strategy.isHealthCheckArmed(), "the health check outlives the sleep");
+        expect(strategy.pendingRetries() == 0, "a retry outlives the sleep");
+        expect(!strategy.isHealthCheckArmed(), "the health check outlives the sleep");
     }
-    if (event == Event::Clock && before.debouncePending && !m_world.strategy.isDebouncePending())
-        checkDebounce(before);
+    if (event == Event::Clock && m_before.debouncePending && !strategy.isDebouncePending())
+        checkDebounce();
 }
 
-void Simulation::checkShare(const NASConfig& config, Event event, const Before& before,
-                            const Seen& seen) {
-    const auto status = m_world.appState.status(config.id);
-    expect(status.has_value(), "no status", config.name);
-    if (!status)
-        return;
+void Simulation::checkShare(const NASConfig& config, Event event, const Share& share) {
+    const auto status = m_world.appState.nasStatuses().constFind(config.id);
+    const Seen& seen = share.seen;
     const Kind kind = status->mountState.kind();
     expect(status->mountPoint.has_value() == (kind == Kind::mounted), "mount point", config.name);
-    expect(kind != Kind::mounting || m_mounting[config.name] > 0, "mounts for ever", config.name);
+    expect(kind != Kind::mounting || share.mounting > 0, "mounts for ever", config.name);
     expect(kind != Kind::unmounting, "a state that is never set", config.name);
 
-    const bool isCommanded = m_commanded == "*" || m_commanded == config.name;
-    const bool nothingUnderWay = seen.inFlight == 0 && !seen.untilRetry && !seen.untilDelayedMount;
-    if (!config.isEnabled && !seen.enabled && nothingUnderWay && m_commanded != config.name &&
-        before.shares.contains(config.id)) {
-        // An unmount by hand may still be under way.
-        const bool unmounting = m_world.engine.waits > 0 && seen.kind == Kind::mounted;
-        expect(kind == seen.kind || unmounting, "automation touched a disabled share", config.name);
-        expect(m_calls[config.name] == seen.calls, "automation mounted a disabled share",
-               config.name);
+    const bool isCommanded = m_commanded == config.name;
+    const bool isAtRest =
+        seen.isThere && !seen.isUnderWay && !seen.untilRetry && !seen.untilDelayedMount;
+    if (!config.isEnabled && !seen.enabled && isAtRest && !isCommanded) {
+        expect(kind == seen.kind, "automation touched a disabled share", config.name);
+        expect(share.mounts == seen.mounts, "automation mounted a disabled share", config.name);
     }
-    if (event == Event::Clock && !isCommanded)
-        checkRetry(config, before, seen);
-    else if (event != Event::Command && event != Event::Machine)
-        expect(m_calls[config.name] == seen.calls, "a mount out of nowhere", config.name);
+    if (event == Event::Clock)
+        checkMounts(config, share);
+    else if (event != Event::Command)
+        expect(share.mounts == seen.mounts, "a mount out of nowhere", config.name);
 }
 
-void Simulation::checkRetry(const NASConfig& config, const Before& before, const Seen& seen) {
-    const auto& strategy = m_world.strategy;
-    const Duration passed = m_world.scheduler.now() - before.at;
+void Simulation::checkMounts(const NASConfig& config, const Share& share) {
+    const Seen& seen = share.seen;
+    const Duration passed = m_world.scheduler.now() - m_before.at;
     const bool retryFired = seen.untilRetry && toDuration(*seen.untilRetry) == passed;
     const bool delayFired = seen.untilDelayedMount && toDuration(*seen.untilDelayedMount) == passed;
-    const auto begun = m_calls[config.name] - seen.calls;
-    const bool atLaunch = m_world.scheduler.now() == AutoMountStrategy::launchDelay;
-    if (begun > 0)
-        expect(retryFired || delayFired || atLaunch, "a mount without a cause", config.name);
+    const bool isLaunch = m_world.scheduler.now() == AutoMountStrategy::launchDelay;
+    const bool begun = share.mounts > seen.mounts;
+    expect(!begun || retryFired || delayFired || isLaunch, "a mount without a cause", config.name);
+    expect(begun || !delayFired, "a delayed mount was lost", config.name);
     // A retry goes by the binding that the record had when it was armed.
-    if (retryFired && !delayFired && !atLaunch && !m_rebound.contains(config.name))
-        expect((begun > 0) == (seen.matches && before.connected),
+    if (retryFired && !delayFired && !isLaunch && !share.isRebound)
+        expect(begun == (seen.matches && m_before.connected),
                "a retry where the share does not belong, or none where it does", config.name);
-    if (delayFired)
-        expect(begun > 0, "a delayed mount was lost", config.name);
-
-    const int count = strategy.retryCount(config.id);
-    const int failures = m_failures[config.name];
-    const auto untilRetry = strategy.timeUntilRetry(config.id);
-    if (failures == 1 && m_successes[config.name] == 0 &&
-        !strategy.timeUntilDelayedMount(config.id) && !delayFired && count > 0) {
-        expect(count == seen.retryCount + 1, "the back-off miscounts", config.name);
-        const auto index = std::min(seen.retryCount, 3);
-        expect(untilRetry == AutoMountStrategy::retryIntervals[index], "the back-off", config.name);
-    }
-    if (failures == 0 && m_successes[config.name] > 0)
-        expect(count == 0, "a success does not reset the back-off", config.name);
-    if (failures == 0)
-        expect(count == seen.retryCount || count == 0, "the back-off counts a phantom",
-               config.name);
+    checkBackOff(config, share, delayFired);
 }
 
-void Simulation::checkDebounce(const Before& before) {
-    const bool connected = before.connected;
+void Simulation::checkBackOff(const NASConfig& config, const Share& share, bool delayFired) {
+    const Seen& seen = share.seen;
+    const int count = m_world.strategy.retryCount(config.id);
+    if (share.failures == 0) {
+        expect(count == seen.retryCount || count == 0, "the back-off counts a phantom",
+               config.name);
+        expect(share.successes == 0 || count == 0, "a success does not reset the back-off",
+               config.name);
+    } else if (share.failures == 1 && share.successes == 0 && count > 0 && !delayFired) {
+        expect(count == seen.retryCount + 1, "the back-off miscounts", config.name);
+        const auto last = static_cast<int>(AutoMountStrategy::retryIntervals.size()) - 1;
+        const auto row = static_cast<std::size_t>(std::min(seen.retryCount, last));
+        expect(m_world.strategy.timeUntilRetry(config.id) ==
+                   AutoMountStrategy::retryIntervals.at(row),
+               "the delay of the back-off", config.name);
+    }
+}
+
+void Simulation::checkDebounce() {
     for (const NASConfig& config : m_world.store.configs()) {
-        if (!config.isEnabled)
-            continue;
-        const auto& seen = before.shares.at(config.id);
-        const auto untilRetry = m_world.strategy.timeUntilRetry(config.id);
-        // What a flow in flight arms at this very moment may stand.
-        const bool noOldRetry = !untilRetry || isBackOff(*untilRetry);
-        const Kind kind = m_world.state(config).kind();
-        if (!connected) {
-            expect(noOldRetry, "a retry outlives the network", config.name);
-            expect(kind == Kind::offline || m_failures[config.name] || m_successes[config.name],
-                   "not offline without a network", config.name);
-        } else if (m_slowLooks) {
-            continue;
-        } else if (seen.matches) {
-            const bool isThere =
-                m_world.engine.volumes.contains(m_world.engine.resolveMountPoint(config));
-            expect(kind == Kind::mounted
-                       ? isThere || m_successes[config.name]
-                       : m_world.strategy.timeUntilDelayedMount(config.id) > Seconds(0),
-                   "a share that belongs here is not mounted", config.name);
-        } else {
-            expect(noOldRetry, "a retry outlives the share's network", config.name);
-            expect(kind == Kind::idle || kind == Kind::failed || m_world.engine.waits > 0,
-                   "a share that does not belong here stays", config.name);
-        }
+        if (config.isEnabled)
+            checkDebounced(config, m_shares.at(config.name));
+    }
+}
+
+void Simulation::checkDebounced(const NASConfig& config, const Share& share) {
+    const auto& strategy = m_world.strategy;
+    const auto untilRetry = strategy.timeUntilRetry(config.id);
+    const Kind kind = m_world.state(config).kind();
+    const bool hasEnded = share.failures + share.successes > 0;
+    if (!m_before.connected) {
+        expect(!untilRetry || isJustArmed(*untilRetry), "a retry outlives the network",
+               config.name);
+        expect(kind == Kind::offline || hasEnded, "not offline without a network", config.name);
+        return;
+    }
+    if (m_slowLooks) // the walk over the shares may not be through yet
+        return;
+    if (share.seen.matches) {
+        const bool isThere = m_world.engine.volumes.contains(share.path);
+        const bool isMountedAgain = strategy.timeUntilDelayedMount(config.id) > Seconds(0);
+        expect(kind == Kind::mounted ? isThere || hasEnded : isMountedAgain,
+               "a share that belongs here is not mounted", config.name);
+    } else {
+        expect(!untilRetry || isJustArmed(*untilRetry), "a retry outlives its network",
+               config.name);
+        const auto call = m_world.engine.inFlight.find(share.path);
+        const bool isUnderWay = call != m_world.engine.inFlight.end() && call->second > 0;
+        expect(kind == Kind::idle || kind == Kind::failed || isUnderWay,
+               "a share that does not belong here stays", config.name);
     }
 }
 

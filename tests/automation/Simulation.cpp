@@ -45,8 +45,9 @@ void Simulation::script() {
     if (m_slowLooks)
         engine.planLook = [this](const QString&) { return pick(3) ? Seconds(0) : upTo(3); };
     engine.onMount = [this](const NASConfig& config) {
-        ++m_mounting[config.name];
-        ++m_calls[config.name];
+        Share& share = m_shares.at(config.name);
+        ++share.mounting;
+        ++share.mounts;
     };
 }
 
@@ -69,6 +70,7 @@ NASConfig Simulation::randomShare() {
     config.protocol = pick(2) ? NASProtocol::smb : NASProtocol::nfs;
     config.isEnabled = pick(5) > 0;
     randomBinding(config);
+    m_shares[config.name].path = m_world.engine.resolveMountPoint(config);
     return config;
 }
 
@@ -90,10 +92,10 @@ void Simulation::step(Event event, const char* what, const QString& whom, const 
         m_trace << QStringLiteral("%1 s: %2 %3")
                        .arg(Seconds(m_world.scheduler.now()).count())
                        .arg(what, whom);
-    const Before before = observe();
+    observe();
     action();
     m_world.scheduler.settle();
-    checkStep(event, before);
+    checkStep(event);
     m_commanded.clear();
 }
 
@@ -143,9 +145,8 @@ void Simulation::machineEvent() {
         m_asleep = false;
         step(Event::Machine, "wake", {}, [this] { emit m_world.sleepMonitor.didWake(); });
     } else if (const NASConfig* share = anyShare()) {
-        const QString path = m_world.engine.resolveMountPoint(*share);
         step(Event::Machine, "volume gone", share->name,
-             [&] { m_world.engine.volumes.erase(path); });
+             [&] { m_world.engine.volumes.erase(m_shares.at(share->name).path); });
     }
 }
 
@@ -156,15 +157,16 @@ void Simulation::recordEvent() {
         const NASConfig added = randomShare();
         step(Event::Command, "add", added.name, [&] { m_world.store.add(added); });
     } else if (kind == 1) {
-        const QUuid id = share->id;
-        step(Event::Command, "delete", share->name, [&] { m_world.store.remove(id); });
+        m_deleted = share->id;
+        step(Event::Command, "delete", share->name, [this] { m_world.store.remove(*m_deleted); });
+        m_deleted.reset();
     } else {
         NASConfig edited = *share;
         if (kind < 4) {
             edited.isEnabled = !edited.isEnabled;
         } else {
             randomBinding(edited);
-            m_rebound.insert(edited.name);
+            m_shares.at(edited.name).isRebound = true;
         }
         step(Event::Command, "edit", edited.name, [&] { m_world.store.update(edited); });
     }
@@ -208,8 +210,8 @@ void Simulation::drain() {
     expect(m_world.engine.waits == 0, "a call never ended");
     expect(m_world.strategy.pendingRetries() == 0, "a retry goes on without a network");
     expect(m_world.scheduler.pendingAlarms() == 0, "an alarm was left behind");
-    for (const auto& [name, count] : m_mounting)
-        expect(count == 0, "a mount was lost", name);
+    for (const auto& [name, share] : m_shares)
+        expect(share.mounting == 0, "a mount was lost", name);
 }
 
 } // namespace harbrix

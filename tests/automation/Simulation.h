@@ -24,17 +24,27 @@ public:
 private:
     /// One share as it stood before a step.
     struct Seen {
+        bool isThere = false;
         MountState::Kind kind = MountState::Kind::idle;
         bool enabled = true;
-        bool matches = false;
+        bool matches = false; ///< looked at only where a rule asks for it
         int retryCount = 0;
         std::optional<Seconds> untilRetry;
         std::optional<Seconds> untilDelayedMount;
-        int inFlight = 0; ///< mounts and unmounts
-        std::size_t calls = 0;
+        bool isUnderWay = false; ///< a mount or an unmount
+        std::size_t mounts = 0;
+    };
+    /// What the simulation keeps of a share, also after its record is gone.
+    struct Share {
+        QString path;
+        bool isRebound = false; ///< its binding was edited
+        int mounting = 0;       ///< mounts that have begun and not ended
+        std::size_t mounts = 0; ///< mounts that have begun
+        int failures = 0;       ///< within the present step
+        int successes = 0;      ///< within the present step
+        Seen seen;
     };
     struct Before {
-        std::map<QUuid, Seen> shares;
         bool debouncePending = false;
         bool connected = false;
         Duration at{};
@@ -59,29 +69,29 @@ private:
     [[nodiscard]] const NASConfig* anyShare();
 
     // Invariants.cpp
-    [[nodiscard]] Before observe() const;
-    void checkStep(Event event, const Before& before);
+    void observe();
+    void checkStep(Event event);
     void countOutcomes();
     void checkSummaries();
     void checkTimers();
-    void checkShare(const NASConfig& config, Event event, const Before& before, const Seen& seen);
-    void checkRetry(const NASConfig& config, const Before& before, const Seen& seen);
-    void checkDebounce(const Before& before);
-    void expect(bool holds, const QString& rule, const QString& name = {});
+    void checkShare(const NASConfig& config, Event event, const Share& share);
+    void checkMounts(const NASConfig& config, const Share& share);
+    void checkBackOff(const NASConfig& config, const Share& share, bool delayFired);
+    void checkDebounce();
+    void checkDebounced(const NASConfig& config, const Share& share);
+    void expect(bool holds, const char* rule, const QString& name = {});
 
     std::mt19937_64 m_random;
     Automation m_world;
     Trace m_tracing;
     QStringList m_trace;
     std::optional<QString> m_failure;
-    std::map<QString, int> m_mounting;      ///< mounts that have begun and not ended, by name
-    std::map<QString, std::size_t> m_calls; ///< calls of the engine, by name
-    std::set<QString> m_rebound;            ///< whose binding was edited
-    std::map<QString, int> m_failures;      ///< within the present step
-    std::map<QString, int> m_successes;     ///< within the present step
-    QString m_commanded;                    ///< whom the user's command is about; "*" is all
+    std::map<QString, Share> m_shares; ///< by name
+    Before m_before;
+    QString m_commanded; ///< whom the user's command is about; "*" is all
     bool m_slowLooks = false;
     bool m_asleep = false;
+    std::optional<QUuid> m_deleted; ///< in the present step
     int m_names = 0;
 };
 

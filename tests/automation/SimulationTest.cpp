@@ -9,7 +9,7 @@ constexpr int eventsPerLife = 200;
 class SimulationTest : public testing::TestWithParam<int> {};
 
 TEST_P(SimulationTest, InvariantsHoldInEveryLife) {
-    constexpr quint64 lives = 300;
+    constexpr quint64 lives = 250;
     const quint64 first = static_cast<quint64>(GetParam()) * lives;
     for (quint64 seed = first; seed < first + lives; ++seed) {
         const auto failure = Simulation(seed).run(eventsPerLife);

@@ -3,6 +3,7 @@ mount tools, a real smbd on loopback. HARBRIX_BUILD names the folder with the pr
 
 import json
 import os
+import pty
 import re
 import shutil
 import signal
@@ -391,6 +392,27 @@ class Process(ProgramTest):
         told += [content(os.path.join(logs, name)).decode() for name in os.listdir(logs)]
         for text in told:
             self.assertNotIn("7f3a91", text)
+
+    def test_the_terminal_shows_no_password(self):
+        self.start()
+        process, terminal = pty.fork()
+        if process == 0:
+            os.execve(self.harbrix.control,
+                      ["harbrixctl", "add", "--name", "Films", "--address", self.server.address,
+                       "--share", "data", "--user", USER], self.harbrix.environment)
+        shown = b""
+        while b"Password for Films: " not in shown:
+            shown += os.read(terminal, 4096)
+        os.write(terminal, PASSWORD.encode() + b"\n")
+        try:
+            while chunk := os.read(terminal, 4096):
+                shown += chunk
+        except OSError:  # the way a terminal ends
+            pass
+        os.close(terminal)
+        self.assertEqual(os.waitstatus_to_exitcode(os.waitpid(process, 0)[1]), 0, shown)
+        self.assertNotIn(b"7f3a91", shown)
+        self.mount("Films")
 
     def test_wrong_usage_is_one_line(self):
         table = [

@@ -20,6 +20,8 @@
 namespace harbrix::nfs {
 
 enum class WriteMode { Behind, Through };
+/// Whether large files are read past the kernel's page cache, which is faster than through it.
+enum class LargeReads { Cached, Direct };
 
 /// An NFS export as libfuse's low-level operations. Each handler begins something and returns; the
 /// reply is sent when the server has answered.
@@ -37,6 +39,9 @@ public:
 
     /// Pass `this` as libfuse's user data.
     [[nodiscard]] static fuse_lowlevel_ops operations();
+
+    /// Direct only where the kernel can map such files all the same.
+    void setLargeReads(LargeReads reads) { m_largeReads = reads; }
 
     /// Calls `done` once all that was written has reached the server and all files are closed
     /// there.
@@ -153,6 +158,7 @@ private:
     Requests m_requests;
     InodeTable m_inodes;
     std::shared_ptr<Inode> m_root;
+    LargeReads m_largeReads = LargeReads::Cached;
     Attributes m_statistics;
     TimePoint m_statisticsAt{};
     bool m_rootRefreshing = false;

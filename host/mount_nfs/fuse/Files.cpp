@@ -14,6 +14,7 @@ namespace {
 
 /// Files up to this size are fetched together with OPEN: for a small file that saves a round trip.
 constexpr std::uint64_t smallFile = 128 * 1024;
+constexpr std::uint64_t largeFile = 16 << 20;
 
 /// The kernel's mark of execve(2), __FMODE_EXEC in its include/linux/fs.h.
 constexpr int openToExecute = 0x20;
@@ -135,6 +136,8 @@ void FileSystem::opened(const Pending& pending, const std::shared_ptr<Inode>& in
     info.keep_cache = inode->cachedChange != 0 && inode->cachedChange == change;
     if (unwritten)
         inode->cachedChange = change;
+    info.direct_io = m_largeReads == LargeReads::Direct && file.node.attributes.size >= largeFile &&
+                     (info.flags & O_ACCMODE) == O_RDONLY;
     info.fh = m_nextHandle++;
     ++inode->opens;
     m_files[info.fh] = open;

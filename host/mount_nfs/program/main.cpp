@@ -1,6 +1,7 @@
 #include "common/CommandLine.h"
 #include "common/Daemon.h"
 #include "common/FuseSession.h"
+#include "common/InitAnswer.h"
 #include "common/MountTable.h"
 #include "common/Unmount.h"
 #include "mount_nfs/fuse/FileSystem.h"
@@ -84,6 +85,7 @@ int mountThroughFuse(const Options& options) {
     if (!mountPoint)
         return failureError(program, mountPoint.error());
     Daemon daemon = Daemon::detach(program.name);
+    blockEndSignals(); // before the first thread, that of the resolver
 
     Callers callers;
     EventLoop loop;
@@ -114,6 +116,8 @@ int mountThroughFuse(const Options& options) {
     auto fuse = FuseSession::mount(mount, FileSystem::operations(), &files);
     if (!fuse)
         daemon.fail(fuse.error(), ExitCode::failure);
+    if (answerInit((*fuse)->handle(), KernelAbility::mapDirectFiles) != 0)
+        files.setLargeReads(LargeReads::Direct);
     if (!daemon.ready()) // nobody waits for this mount any more
         (*fuse)->unmount();
     serve(loop, **fuse);

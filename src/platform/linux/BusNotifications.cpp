@@ -62,7 +62,7 @@ void BusNotifications::call(const QString& method, const QVariantList& arguments
     message.setArguments(arguments);
     auto* watcher = new QDBusPendingCallWatcher(
         m_bus.connection().asyncCall(message, callTimeoutMilliseconds), this);
-    const auto answer = [this, watcher, onReply = std::move(onReply)] {
+    const auto answer = [watcher, onReply = std::move(onReply)] {
         watcher->deleteLater();
         onReply(*watcher);
     };

@@ -66,7 +66,7 @@ iovec asVector(const QByteArray& field) {
 } // namespace
 
 SystemLog::SystemLog(QString subsystem, QString category)
-    : m_subsystem(subsystem.toUtf8()), m_category(category.toUtf8()) {}
+    : m_subsystem(std::move(subsystem).toUtf8()), m_category(std::move(category).toUtf8()) {}
 
 bool SystemLog::isEnabled(Type) const {
     // The journal takes every priority; what is kept and shown is its own setting.

@@ -1,0 +1,148 @@
+#!/usr/bin/python3
+"""The status item of the running program, as a desktop sees it: a place for it that comes late, that restarts
+and that never comes, and the menu over com.canonical.dbusmenu. Needs Xvfb."""
+
+import os
+import shutil
+import subprocess
+import sys
+import time
+import unittest
+
+import dbus
+
+SUPPORT = os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", "support")
+sys.path.insert(0, SUPPORT)
+from harbrix_program import Harbrix  # noqa: E402
+
+BUILD = os.environ.get("HARBRIX_BUILD", "build/release")
+WATCHER = "org.kde.StatusNotifierWatcher"
+SKIPPED = 77
+
+
+def why_unavailable():
+    if not shutil.which("Xvfb"):
+        return "Xvfb is missing"
+    if not os.access(Harbrix(BUILD).program, os.X_OK):
+        return f"no program in {BUILD}"
+    return None
+
+
+def wait_for(condition, seconds=10):
+    deadline = time.monotonic() + seconds
+    while time.monotonic() < deadline:
+        value = condition()
+        if value:
+            return value
+        time.sleep(0.02)
+    raise AssertionError("waited in vain")
+
+
+class Display:
+    """A display of the test's own; the server picks a free number."""
+
+    def __init__(self):
+        reader, writer = os.pipe()
+        self.process = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1024x768x24", "-nolisten", "tcp"],
+            pass_fds=[writer], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL, start_new_session=True)
+        os.close(writer)
+        with os.fdopen(reader) as answer:
+            self.name = ":" + answer.readline().strip()
+
+    def close(self):
+        self.process.terminate()
+        self.process.wait()
+
+
+class TrayTest(unittest.TestCase):
+    def setUp(self):
+        self.display = Display()
+        self.addCleanup(self.display.close)
+        self.harbrix = Harbrix(BUILD)
+        self.addCleanup(self.harbrix.close)
+        self.harbrix.bus.start()
+        self.bus = dbus.bus.BusConnection(self.harbrix.bus.address)
+        self.addCleanup(self.bus.close)
+
+    def start_program(self):
+        # A menu without a translation is told in the base language.
+        self.harbrix.start(DISPLAY=self.display.name, QT_QPA_PLATFORM="xcb", LC_ALL="C.UTF-8")
+
+    def start_watcher(self, *arguments):
+        process = subprocess.Popen(
+            ["/usr/bin/python3", os.path.join(SUPPORT, "status_notifier_watcher.py"), *arguments],
+            env=self.harbrix.environment, stdin=subprocess.DEVNULL, start_new_session=True)
+        self.addCleanup(self.end, process)
+        wait_for(lambda: self.bus.name_has_owner(WATCHER))
+        return process
+
+    @staticmethod
+    def end(process):
+        process.kill()
+        process.wait()
+
+    def items(self):
+        watcher = self.bus.get_object(WATCHER, "/StatusNotifierWatcher", introspect=False)
+        return watcher.Get(WATCHER, "RegisteredStatusNotifierItems",
+                           dbus_interface="org.freedesktop.DBus.Properties")
+
+    def wait_for_item(self):
+        return wait_for(self.items)[-1]
+
+    def menu(self, item):
+        properties = self.bus.get_object(item, "/StatusNotifierItem", introspect=False)
+        path = properties.Get("org.kde.StatusNotifierItem", "Menu",
+                              dbus_interface="org.freedesktop.DBus.Properties")
+        menu = self.bus.get_object(item, path, introspect=False)
+        return dbus.Interface(menu, "com.canonical.dbusmenu")
+
+    def labels(self, menu):
+        """Label to id, top to bottom."""
+        _, (_, _, children) = menu.GetLayout(0, -1, dbus.Array([], signature="s"))
+        return {str(child[1].get("label", "-")): child[0] for child in children}
+
+    def click(self, menu, label):
+        menu.Event(self.labels(menu)[label], "clicked", dbus.Int32(0), dbus.UInt32(0))
+
+    def test_menu_follows_the_records_and_its_commands_work(self):
+        self.start_watcher("host")
+        self.start_program()
+        menu = self.menu(self.wait_for_item())
+        self.assertIn("暂无 NAS 配置", self.labels(menu))
+        added = self.harbrix.ctl("add", "--name", "my_nas & co", "--address", "192.0.2.1",
+                                 "--share", "/x", "--auth", "guest")
+        self.assertEqual(added.returncode, 0, added.stderr)
+        # An underscore counts twice, and the first one of the label is the access key's.
+        wait_for(lambda: any("my__nas & co" in label for label in self.labels(menu)))
+        self.click(menu, "退出 Harbrix")
+        self.assertEqual(self.harbrix.process.wait(15), 0)
+
+    def test_a_place_that_comes_late_gets_the_item(self):
+        self.start_program()
+        self.start_watcher()
+        time.sleep(0.3)  # nothing is to happen: no event tells of that
+        self.assertEqual(list(self.items()), [])
+        watcher = self.bus.get_object(WATCHER, "/StatusNotifierWatcher", introspect=False)
+        watcher.RegisterStatusNotifierHost("host", dbus_interface=WATCHER)
+        self.assertIn("关于 Harbrix", self.labels(self.menu(self.wait_for_item())))
+
+    def test_a_place_that_restarts_gets_the_item_again(self):
+        watcher = self.start_watcher("host")
+        self.start_program()
+        self.wait_for_item()
+        self.end(watcher)
+        wait_for(lambda: not self.bus.name_has_owner(WATCHER))
+        self.start_watcher("host")
+        menu = self.menu(self.wait_for_item())
+        self.click(menu, "关于 Harbrix")
+        self.assertEqual(self.harbrix.ctl("list").returncode, 0)
+
+
+if __name__ == "__main__":
+    reason = why_unavailable()
+    if reason:
+        print("skipped:", reason)
+        sys.exit(SKIPPED)
+    unittest.main()
