@@ -17,9 +17,7 @@ CacheManager::CacheManager(UserDefaults& defaults, Scheduler& scheduler,
                            const QString& cachesDirectory)
     : m_defaults(defaults), m_scheduler(scheduler),
       m_defaultCacheDirectory(
-          QUrl::fromLocalFile(cachesDirectory + QStringLiteral("/Harbrix/FileCache"))) {
-    m_flows.launch(start());
-}
+          QUrl::fromLocalFile(cachesDirectory + QStringLiteral("/Harbrix/FileCache"))) {}
 
 CacheManager::~CacheManager() = default;
 
@@ -34,10 +32,21 @@ qint64 CacheManager::effectiveMaxSize() const {
     return m_defaults.integer(maxCacheSizeKey).value_or(defaultMaxSize);
 }
 
+void CacheManager::ensureStarted() {
+    if (std::exchange(m_isStarted, true))
+        return;
+    m_flows.launch(start());
+}
+
+Completion<SerialQueue::Turn> CacheManager::turn() {
+    ensureStarted();
+    return m_queue.turn();
+}
+
 Task<void> CacheManager::start() {
     // The first in the queue, so that every operation finds the index read.
     auto waiting = m_queue.turn();
-    const auto turn = co_await waiting;
+    const auto held = co_await waiting;
     auto making = onWorker([path = nativePath(cacheDirectory())] {
         (void) makeCacheDirectory(path);
         removeUnfinishedIndexes(path);
@@ -53,6 +62,7 @@ Task<void> CacheManager::start() {
 }
 
 Completion<std::monostate> CacheManager::loaded() {
+    ensureStarted();
     Completion<std::monostate> completion;
     if (m_isLoaded)
         completion.resolver()({});
@@ -63,8 +73,8 @@ Completion<std::monostate> CacheManager::loaded() {
 
 Task<void> CacheManager::evictIfNeeded(qint64 requiredSpace) {
     {
-        auto waiting = m_queue.turn();
-        const auto turn = co_await waiting;
+        auto waiting = turn();
+        const auto held = co_await waiting;
         auto evicting = evict(requiredSpace);
         co_await evicting;
     }
@@ -101,8 +111,8 @@ Task<void> CacheManager::evict(qint64 requiredSpace) {
 
 Task<void> CacheManager::removeEntry(QUuid id) {
     {
-        auto waiting = m_queue.turn();
-        const auto turn = co_await waiting;
+        auto waiting = turn();
+        const auto held = co_await waiting;
         const CacheEntry* found = m_index.find(id);
         if (!found)
             co_return;
@@ -120,8 +130,8 @@ Task<void> CacheManager::removeEntry(QUuid id) {
 
 Task<void> CacheManager::clearAllCache() {
     {
-        auto waiting = m_queue.turn();
-        const auto turn = co_await waiting;
+        auto waiting = turn();
+        const auto held = co_await waiting;
         const QUrl directory = cacheDirectory();
         const auto ownership = directory == m_defaultCacheDirectory ? CacheOwnership::WholeDirectory
                                                                     : CacheOwnership::OwnFilesOnly;

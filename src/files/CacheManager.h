@@ -32,7 +32,8 @@ public:
     static constexpr auto maxCacheSizeKey = "cache.maxSize";
     static constexpr auto cacheLocationKey = "cache.location";
 
-    /// Begins to read the index; loaded() tells when it has been read.
+    /// Touches nothing yet: the first operation reads the index, loaded() tells when it has. A
+    /// second instance of the program, which is about to end, must leave the files alone.
     CacheManager(UserDefaults& defaults, Scheduler& scheduler, const QString& cachesDirectory);
     ~CacheManager() override;
 
@@ -83,6 +84,9 @@ private:
         QString relativePath;
     };
 
+    /// For every operation: its place in the queue, behind the first reading of the index.
+    [[nodiscard]] Completion<SerialQueue::Turn> turn();
+    void ensureStarted();
     Task<void> start();
     Task<void> readIndex();
     Task<std::optional<CacheEntry>> store(Offer offer);
@@ -110,6 +114,7 @@ private:
     CacheIndex::Snapshot m_entries;
     CacheStatistics m_statistics;
     bool m_isProcessing = false;
+    bool m_isStarted = false;
     bool m_isLoaded = false;
     std::vector<Completion<std::monostate>::Resolver> m_waitingForLoad;
 

@@ -42,8 +42,8 @@ Result<LoadedIndex, SystemError> loadIndexFile(const QString& path) {
 } // namespace
 
 Task<void> CacheManager::loadIndex() {
-    auto waiting = m_queue.turn();
-    const auto turn = co_await waiting;
+    auto waiting = turn();
+    const auto held = co_await waiting;
     auto reading = readIndex();
     co_await reading;
 }

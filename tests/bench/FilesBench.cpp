@@ -112,7 +112,8 @@ void benchListing(const Place& place, int count) {
     const double ours = best(place.runs, [&] {
         CacheManager cache(defaults, scheduler, place.folder);
         FileSystemManager files(QUrl::fromLocalFile(folder), QUuid::createUuid(), cache, scheduler);
-        runUntil([&] { return cache.statistics().maxSize > 0; });
+        const auto loaded = cache.loaded();
+        runUntil([&] { return loaded.await_ready(); });
         bool isListed = false;
         QObject::connect(&files, &FileSystemManager::itemsChanged, [&] { isListed = true; });
         double seconds = 0;

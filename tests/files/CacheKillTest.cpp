@@ -43,8 +43,9 @@ TEST_F(CacheKillTest, AKilledProgramLeavesAnIndexThatLoadsAndNoFileHarmed) {
                       {sharePath(""), root() + QStringLiteral("/caches")});
         ASSERT_TRUE(program.waitForStarted());
         // Half of the rounds may end while the program still reads its index.
-        if (round % 2 == 0)
+        if (round % 2 == 0) {
             ASSERT_TRUE(program.waitForReadyRead());
+        }
         program.waitForFinished(QRandomGenerator::global()->bounded(1, 60));
         program.kill();
         ASSERT_TRUE(program.waitForFinished());
