@@ -122,8 +122,9 @@ void Session::addSampleShares() {
 
 void Session::takeMenu() {
     StatusMenu menu;
-    menu.setContent(
-        menuContent(m_world.automation.store.configs(), m_world.automation.appState.nasStatuses()));
+    menu.setContent(menuContent(m_world.automation.store.configs(),
+                                m_world.automation.appState.nasStatuses(),
+                                m_world.recentFiles.recentFiles()));
     menu.popup({});
     save(menu, QStringLiteral("menu"));
     menu.hide();
