@@ -17,7 +17,6 @@ constexpr std::size_t blocksInFlight = 4;
 // Below this a write is sent by the thread that waits for it; the hop to another costs more.
 constexpr std::size_t smallWrite = std::size_t{256} << 10;
 constexpr auto collectFor = 1s;
-constexpr auto impatienceCheck = 250ms;
 // What a writer waits for is bounded by the limit of each transfer; this only ends a lost wake-up.
 constexpr auto longestWait = 90s;
 
@@ -39,7 +38,7 @@ Outcome<void> OpenFile::waitForWriters(Lock& lock, const std::function<bool()>& 
     const CallScope* scope = CallScope::current();
     const auto end = steady_clock::now() + longestWait;
     while (!condition()) {
-        m_writersChanged.wait_for(lock, impatienceCheck);
+        m_writersChanged.wait_for(lock, CallScope::impatienceCheck);
         if (scope && scope->shouldGiveUp())
             return std::unexpected(EINTR);
         if (steady_clock::now() > end)

@@ -19,10 +19,6 @@ constexpr int buttonIconSize = 12;
 constexpr int statusWidth = 76;
 constexpr int longestError = 200;
 
-int lineHeight(TextRole role) {
-    return QFontMetrics(fontFor(role)).height();
-}
-
 struct ButtonLook {
     const char* name;
     const char* symbol;
