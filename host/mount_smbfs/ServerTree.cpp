@@ -50,10 +50,9 @@ Outcome<Answer> ServerTree::attributes(const std::string& path) {
         call(Repeat::once, [&](Lane& lane) { return lane.connection.attributes(path); }));
 }
 
-Outcome<ListingPointer> ServerTree::list(const std::string& path, unsigned allowedLanes) {
+Outcome<ListingPointer> ServerTree::list(const std::string& path, const CallPlan& plan) {
     const auto listing = std::make_shared<FolderListing>();
     listing->askedAt = steady_clock::now();
-    const CallPlan plan{.kind = CallKind::metadata, .allowed = allowedLanes};
     auto entries = m_link.call(plan, [&](Lane& lane) { return lane.connection.list(path); });
     if (!entries)
         return std::unexpected(entries.error());
