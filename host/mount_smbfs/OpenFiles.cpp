@@ -71,7 +71,7 @@ void OpenFiles::releaseHandlesWithin(Number top) {
     for (Number number : m_nodes.within(top, numbers)) {
         waitUntilClosed(number);
         if (const File file = find(number)) {
-            (void) file->flush();
+            [[maybe_unused]] const auto flushed = file->flush();
             file->releaseHandles();
         }
     }

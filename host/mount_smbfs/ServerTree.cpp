@@ -50,10 +50,9 @@ Outcome<Answer> ServerTree::attributes(const std::string& path) {
         call(Repeat::once, [&](Lane& lane) { return lane.connection.attributes(path); }));
 }
 
-Outcome<ListingPointer> ServerTree::list(const std::string& path, unsigned allowedLanes) {
+Outcome<ListingPointer> ServerTree::list(const std::string& path, const CallPlan& plan) {
     const auto listing = std::make_shared<FolderListing>();
     listing->askedAt = steady_clock::now();
-    const CallPlan plan{.kind = CallKind::metadata, .allowed = allowedLanes};
     auto entries = m_link.call(plan, [&](Lane& lane) { return lane.connection.list(path); });
     if (!entries)
         return std::unexpected(entries.error());
@@ -94,8 +93,8 @@ Outcome<void> ServerTree::removeFile(const std::string& path) {
         !setWritable(path, there->attributes.st_mode, true))
         return removed;
     const auto again = remove();
-    if (!again)
-        (void) setWritable(path, there->attributes.st_mode, false);
+    if (!again) [[maybe_unused]]
+        const auto restored = setWritable(path, there->attributes.st_mode, false);
     return again;
 }
 
@@ -111,8 +110,8 @@ Outcome<void> ServerTree::rename(const std::string& from, const std::string& to)
         !setWritable(to, there->attributes.st_mode, true))
         return renamed;
     const auto again = rename();
-    if (!again)
-        (void) setWritable(to, there->attributes.st_mode, false);
+    if (!again) [[maybe_unused]]
+        const auto restored = setWritable(to, there->attributes.st_mode, false);
     return again;
 }
 

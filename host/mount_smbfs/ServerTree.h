@@ -20,8 +20,7 @@ public:
     explicit ServerTree(ServerLink& link) : m_link(link) {}
 
     [[nodiscard]] Outcome<Answer> attributes(const std::string& path);
-    /// Uses only those connections, a bit for each.
-    [[nodiscard]] Outcome<ListingPointer> list(const std::string& path, unsigned allowedLanes);
+    [[nodiscard]] Outcome<ListingPointer> list(const std::string& path, const CallPlan& plan);
     [[nodiscard]] Outcome<struct statvfs> capacity();
 
     [[nodiscard]] Outcome<Answer> makeFolder(const std::string& path);

@@ -84,21 +84,28 @@ Outcome<Answer> SmbFileSystem::fetchNamed(Number parent, const std::string& name
         return std::unexpected(target.error());
     const auto begin = steady_clock::now();
     auto asked = m_server.attributes(*target);
-    if (m_folders.noteMiss(parent, steady_clock::now() - begin))
+    const bool isAnswer = asked || asked.error() == ENOENT;
+    if (isAnswer && m_folders.noteMiss(parent, steady_clock::now() - begin))
         listForLookUps(parent);
     return asked;
 }
 
-// In the background: nobody who asks for one name waits for the listing of a huge folder.
+// In the background, one at a time and with the limit of a transfer: neither who asks for one name
+// nor the other users of the connections shall feel that a folder is huge.
 void SmbFileSystem::listForLookUps(Number folder) {
+    if (m_services.link.laneCount() == 1 || m_isListing.exchange(true)) {
+        m_folders.noteNoListing(folder);
+        return;
+    }
     m_services.jobs.post([this, folder] {
+        const CallPlan plan{.kind = CallKind::transfer, .allowed = m_services.link.transferLanes()};
         const auto target = path(folder);
-        auto listing = target ? m_server.list(*target, m_services.link.transferLanes())
-                              : std::unexpected(target.error());
+        auto listing = target ? m_server.list(*target, plan) : std::unexpected(target.error());
         if (listing)
             m_folders.store(folder, std::move(*listing));
         else
             m_folders.noteNoListing(folder);
+        m_isListing = false;
     });
 }
 
@@ -122,8 +129,8 @@ Outcome<SmbFileSystem::Entry> SmbFileSystem::lookUp(Number parent, const std::st
     const File file = known ? m_files.find(*known) : nullptr;
     // The name of an open file may mean another one by now, so it is the server that is asked; what
     // was written so far must be there for that.
-    if (file)
-        (void) file->flush();
+    if (file) [[maybe_unused]]
+        const auto flushed = file->flush();
     const auto answer = file ? m_server.attributes(*target) : fetchNamed(parent, name);
     if (!answer)
         return std::unexpected(answer.error());
@@ -217,7 +224,7 @@ Outcome<ListingPointer> SmbFileSystem::list(Number number) {
     const auto target = path(number);
     if (!target)
         return std::unexpected(target.error());
-    auto listing = m_server.list(*target, ~0U);
+    auto listing = m_server.list(*target, {.kind = CallKind::metadata});
     if (listing)
         m_folders.store(number, *listing);
     return listing;
@@ -259,7 +266,7 @@ struct statvfs SmbFileSystem::capacity() {
 
 void SmbFileSystem::flushAll() {
     for (const File& file : m_files.all())
-        (void) file->flush();
+        [[maybe_unused]] const auto flushed = file->flush();
 }
 
 } // namespace harbrix

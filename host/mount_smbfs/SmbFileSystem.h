@@ -8,6 +8,7 @@
 
 #include <sys/statvfs.h>
 
+#include <atomic>
 #include <mutex>
 #include <string>
 
@@ -94,6 +95,7 @@ private:
     NodeTable m_nodes;
     OpenFiles m_files;
     FolderCache m_folders;
+    std::atomic<bool> m_isListing = false; ///< for look-ups
 
     std::mutex m_mutex;
     struct stat m_rootAttributes {};
