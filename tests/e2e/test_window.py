@@ -159,6 +159,7 @@ class Share(WindowTest):
         self.display.key("Down", "Return")
         self.see("label", "暂无 NAS 配置")
         self.assertEqual(self.harbrix.status()["shares"], [])
+        self.assertIn("Deleted NAS config: Films", self.harbrix.log())
         self.assertNotIn(PASSWORD, self.harbrix.log())
 
 

@@ -77,12 +77,19 @@ QList<FlowLayout::Line> FlowLayout::linesFor(int width) const {
     const auto trailing = visibleItems(split, count());
     if (widthOf(leading + trailing) <= width)
         return {Line{leading, trailing}};
-    // The trailing group stays together as long as it can.
     QList<Line> lines;
-    for (const auto& items : wrapped(leading, width))
-        lines << Line{items, {}};
-    for (const auto& items : wrapped(trailing, width))
-        lines << Line{{}, items};
+    if (widthOf(trailing) <= width) {
+        for (const auto& items : wrapped(leading, width))
+            lines << Line{items, {}};
+        return lines << Line{{}, trailing};
+    }
+    // The group comes apart anyway: then it fills the lines from the first one on.
+    for (const auto& items : wrapped(leading + trailing, width)) {
+        Line line;
+        for (QLayoutItem* item : items)
+            (trailing.contains(item) ? line.trailing : line.leading) << item;
+        lines << line;
+    }
     return lines;
 }
 

@@ -6,7 +6,8 @@
 namespace harbrix {
 
 /// Items in one line, those of the trailing group at its trailing edge. Where that is too narrow
-/// the trailing group gets lines of its own, and either group wraps.
+/// the trailing group gets a line of its own, and where that is too narrow as well all of them
+/// wrap.
 class FlowLayout : public QLayout {
     Q_OBJECT
 
