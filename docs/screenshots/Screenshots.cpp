@@ -127,8 +127,9 @@ void Session::addSampleShares() {
 
 void Session::takeMenu() {
     StatusMenu menu;
-    menu.setContent(
-        menuContent(m_world.automation.store.configs(), m_world.automation.appState.nasStatuses()));
+    menu.setContent(menuContent(m_world.automation.store.configs(),
+                                m_world.automation.appState.nasStatuses(),
+                                m_world.recentFiles.recentFiles()));
     // Popped up it would be cut to the size of a display that nobody sees.
     menu.ensurePolished();
     menu.resize(menu.sizeHint());

@@ -89,7 +89,7 @@ Daemon Daemon::detach(std::string_view programName) {
     closeForeignDescriptors(ends[1]);
     std::signal(SIGPIPE, SIG_IGN);
     leaveTheCaller();
-    return Daemon(FileDescriptor(ends[1]));
+    return Daemon(UniqueDescriptor(ends[1]));
 }
 
 bool Daemon::ready() {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/FileDescriptor.h"
+#include "base/UniqueDescriptor.h"
 
 #include <string_view>
 
@@ -24,9 +24,9 @@ public:
     [[noreturn]] void fail(std::string_view message, int exitCode);
 
 private:
-    explicit Daemon(FileDescriptor wordPipe) : m_wordPipe(std::move(wordPipe)) {}
+    explicit Daemon(UniqueDescriptor wordPipe) : m_wordPipe(std::move(wordPipe)) {}
 
-    FileDescriptor m_wordPipe;
+    UniqueDescriptor m_wordPipe;
 };
 
 } // namespace harbrix

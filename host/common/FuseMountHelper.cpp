@@ -22,7 +22,7 @@ namespace {
 constexpr int socketInHelper = 3;
 constexpr std::string_view socketVariable = "_FUSE_COMMFD=3";
 
-FileDescriptor receiveDescriptor(int socket) {
+UniqueDescriptor receiveDescriptor(int socket) {
     char byte = 0;
     iovec data{&byte, 1};
     alignas(cmsghdr) char control[CMSG_SPACE(sizeof(int))];
@@ -37,10 +37,10 @@ FileDescriptor receiveDescriptor(int socket) {
     } while (count < 0 && errno == EINTR);
     const cmsghdr* header = count > 0 ? CMSG_FIRSTHDR(&message) : nullptr;
     if (!header || header->cmsg_type != SCM_RIGHTS)
-        return FileDescriptor();
+        return UniqueDescriptor();
     int fd = -1;
     std::memcpy(&fd, CMSG_DATA(header), sizeof fd);
-    return FileDescriptor(fd);
+    return UniqueDescriptor(fd);
 }
 
 std::string complaint(int errors) {
@@ -75,19 +75,19 @@ int spawnHelper(const std::string& mountPoint, const std::string& options, int s
 
 } // namespace
 
-std::expected<FileDescriptor, std::string> mountThroughFusermount(const std::string& mountPoint,
-                                                                  const std::string& options) {
+std::expected<UniqueDescriptor, std::string> mountThroughFusermount(const std::string& mountPoint,
+                                                                    const std::string& options) {
     int sockets[2];
     int errors[2];
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets) != 0)
         return std::unexpected(std::strerror(errno));
-    const FileDescriptor ours(sockets[0]);
-    FileDescriptor theirs(::fcntl(sockets[1], F_DUPFD_CLOEXEC, socketInHelper + 1));
+    const UniqueDescriptor ours(sockets[0]);
+    UniqueDescriptor theirs(::fcntl(sockets[1], F_DUPFD_CLOEXEC, socketInHelper + 1));
     ::close(sockets[1]);
     if (::pipe2(errors, O_CLOEXEC) != 0)
         return std::unexpected(std::strerror(errno));
-    const FileDescriptor errorsRead(errors[0]);
-    FileDescriptor errorsWrite(::fcntl(errors[1], F_DUPFD_CLOEXEC, socketInHelper + 1));
+    const UniqueDescriptor errorsRead(errors[0]);
+    UniqueDescriptor errorsWrite(::fcntl(errors[1], F_DUPFD_CLOEXEC, socketInHelper + 1));
     ::close(errors[1]);
 
     pid_t child = 0;
@@ -96,7 +96,7 @@ std::expected<FileDescriptor, std::string> mountThroughFusermount(const std::str
     errorsWrite.reset();
     if (error != 0)
         return std::unexpected(std::string("fusermount3: ") + std::strerror(error));
-    FileDescriptor device = receiveDescriptor(ours.get());
+    UniqueDescriptor device = receiveDescriptor(ours.get());
     const std::string said = complaint(errorsRead.get());
     int status = 0;
     while (::waitpid(child, &status, 0) < 0 && errno == EINTR)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/FileDescriptor.h"
+#include "base/UniqueDescriptor.h"
 
 #include <expected>
 #include <string>
@@ -10,7 +10,7 @@ namespace harbrix {
 /// Lets fusermount3(1) make a FUSE mount for an ordinary user and hand over its device descriptor.
 /// Unlike libfuse's own way it does not need /dev/fuse to be open to everybody. The options are
 /// those of mount(8), escaped already. The error is what fusermount3 says.
-[[nodiscard]] std::expected<FileDescriptor, std::string>
+[[nodiscard]] std::expected<UniqueDescriptor, std::string>
 mountThroughFusermount(const std::string& mountPoint, const std::string& options);
 
 } // namespace harbrix

@@ -97,7 +97,7 @@ FuseSession::mount(const FuseMount& mount, const fuse_lowlevel_ops& operations, 
 std::expected<void, std::string> FuseSession::attach(const std::string& mountPoint,
                                                      const std::string& options) {
     std::string target = mountPoint;
-    FileDescriptor device;
+    UniqueDescriptor device;
     if (::geteuid() != 0) {
         auto mounted = mountThroughFusermount(mountPoint, options);
         if (!mounted)

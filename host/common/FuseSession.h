@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/FileDescriptor.h"
+#include "base/UniqueDescriptor.h"
 #include "common/MountClaim.h"
 
 #include <fuse_lowlevel.h>
@@ -75,7 +75,7 @@ private:
     bool m_isMounted = false;
     MountEntry m_entry;
     MountClaim m_claim;
-    FileDescriptor m_endSignals;
+    UniqueDescriptor m_endSignals;
     std::atomic<bool> m_isDetached = false;
 };
 

@@ -1,6 +1,6 @@
 #include "common/InitAnswer.h"
 
-#include "common/FileDescriptor.h"
+#include "base/UniqueDescriptor.h"
 
 #include <fcntl.h>
 #include <fuse_lowlevel.h>
@@ -37,13 +37,13 @@ std::uint64_t offeredAbilities(const fuse_buf& request) {
 void processWith(fuse_session* session, const fuse_buf& request, std::uint64_t abilities) {
     const int device = fuse_session_fd(session);
     int ends[2];
-    const FileDescriptor saved(::fcntl(device, F_DUPFD_CLOEXEC, 0));
+    const UniqueDescriptor saved(::fcntl(device, F_DUPFD_CLOEXEC, 0));
     if (!saved || ::pipe2(ends, O_CLOEXEC) != 0) {
         fuse_session_process_buf(session, &request);
         return;
     }
-    const FileDescriptor readEnd(ends[0]);
-    FileDescriptor writeEnd(ends[1]);
+    const UniqueDescriptor readEnd(ends[0]);
+    UniqueDescriptor writeEnd(ends[1]);
     ::dup3(writeEnd.get(), device, O_CLOEXEC);
     fuse_session_process_buf(session, &request);
     ::dup3(saved.get(), device, O_CLOEXEC);

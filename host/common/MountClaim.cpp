@@ -67,7 +67,8 @@ MountClaim MountClaim::take(const MountEntry& entry) {
         if (!isPrivateFolder(folder, ::geteuid()))
             continue;
         const std::string path = folder + "/" + fileName(entry);
-        FileDescriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+        UniqueDescriptor file(
+            ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
         struct flock lock = wholeFile();
         if (!file || ::fcntl(file.get(), F_SETLK, &lock) != 0)
             continue;
@@ -102,7 +103,7 @@ std::optional<pid_t> MountClaim::holder(const MountEntry& entry) {
         if (!isPrivateFolder(folder, owner))
             continue;
         const std::string path = folder + "/" + fileName(entry);
-        const FileDescriptor file(::open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
+        const UniqueDescriptor file(::open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
         struct flock lock = wholeFile();
         if (file && ::fcntl(file.get(), F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK &&
             lock.l_pid > 0)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/FileDescriptor.h"
+#include "base/UniqueDescriptor.h"
 #include "common/MountTable.h"
 
 #include <sys/types.h>
@@ -32,7 +32,7 @@ public:
 private:
     void giveBack();
 
-    FileDescriptor m_file;
+    UniqueDescriptor m_file;
     std::string m_path;
 };
 

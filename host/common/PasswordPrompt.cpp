@@ -1,6 +1,6 @@
 #include "common/PasswordPrompt.h"
 
-#include "common/FileDescriptor.h"
+#include "base/UniqueDescriptor.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -104,7 +104,7 @@ std::expected<Secret, std::string> readPassword(const std::string& prompt) {
         say(STDERR_FILENO, prompt);
         return readLine(STDIN_FILENO);
     }
-    FileDescriptor terminal(::open("/dev/tty", O_RDWR | O_NOCTTY | O_CLOEXEC));
+    UniqueDescriptor terminal(::open("/dev/tty", O_RDWR | O_NOCTTY | O_CLOEXEC));
     if (!terminal && ::isatty(STDIN_FILENO))
         terminal.reset(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3));
     if (!terminal)

@@ -1,6 +1,6 @@
 #include "diskutil/Unmounter.h"
 
-#include "common/FileDescriptor.h"
+#include "base/UniqueDescriptor.h"
 #include "common/MountClaim.h"
 #include "common/Unmount.h"
 
@@ -37,23 +37,23 @@ constexpr auto daemonGoesAfterKill = 200ms;
 using TimePoint = std::chrono::steady_clock::time_point;
 
 // A handle on the daemon that serves this mount, if it is one of ours.
-FileDescriptor daemonOf(const MountEntry& entry) {
+UniqueDescriptor daemonOf(const MountEntry& entry) {
     const auto holder = MountClaim::holder(entry);
     if (!holder)
-        return FileDescriptor();
-    FileDescriptor daemon(::pidfd_open(*holder, 0));
+        return UniqueDescriptor();
+    UniqueDescriptor daemon(::pidfd_open(*holder, 0));
     // Asked twice, so that the handle cannot be one on a later process of the same number.
-    return MountClaim::holder(entry) == holder ? std::move(daemon) : FileDescriptor();
+    return MountClaim::holder(entry) == holder ? std::move(daemon) : UniqueDescriptor();
 }
 
-bool hasEnded(const FileDescriptor& process, TimePoint by) {
+bool hasEnded(const UniqueDescriptor& process, TimePoint by) {
     const auto wait = std::chrono::duration_cast<std::chrono::milliseconds>(
         by - std::chrono::steady_clock::now());
     pollfd state{process.get(), POLLIN, 0};
     return ::poll(&state, 1, static_cast<int>(std::max(wait, 0ms).count())) > 0;
 }
 
-void endDaemon(const FileDescriptor& daemon, TimePoint by) {
+void endDaemon(const UniqueDescriptor& daemon, TimePoint by) {
     if (!daemon)
         return;
     // A stopped process takes only these two.
@@ -71,7 +71,7 @@ void abortConnection(const MountEntry& entry) {
         return;
     const std::string path =
         "/sys/fs/fuse/connections/" + std::to_string(entry.deviceMinor) + "/abort";
-    const FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
+    const UniqueDescriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
     if (file)
         (void) !::write(file.get(), "1", 1);
 }
@@ -141,7 +141,7 @@ std::expected<void, std::string> unmount(const std::string& path, UnmountMode mo
     const MountEntry* entry = table.at(*canonical);
     if (!entry)
         return std::unexpected(*canonical + " is not a mount point");
-    const FileDescriptor daemon = daemonOf(*entry);
+    const UniqueDescriptor daemon = daemonOf(*entry);
     // Nobody can be using a mount whose daemon has died, but its table entry may be held.
     const bool isForced = mode == UnmountMode::force || (!daemon && isDeadMount(*entry));
     if (!isForced) {

@@ -12,6 +12,9 @@ namespace harbrix {
 /// one (SIGCHLD, a timer, a resized window) breaks no read.
 class CallScope {
 public:
+    /// Whoever waits for something else looks this often whether the caller has lost patience.
+    static constexpr std::chrono::milliseconds impatienceCheck{250};
+
     explicit CallScope(fuse_req_t request);
     ~CallScope();
     CallScope(const CallScope&) = delete;

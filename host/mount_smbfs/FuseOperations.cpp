@@ -13,14 +13,13 @@ namespace harbrix {
 
 namespace {
 
-constexpr double validFor = 1.0;
 constexpr unsigned maximumTransfer = 1U << 20;
 // From here on the copies through the page cache cost more than re-reading could save.
 constexpr off_t directFrom = off_t{16} << 20;
 
 // An open folder: its listing from the first read on.
 struct FolderHandle {
-    std::optional<FolderListing> listing;
+    ListingPointer listing;
     std::mutex mutex;
 };
 
@@ -43,9 +42,9 @@ FolderHandle& folderOf(const fuse_file_info* info) {
 fuse_entry_param entryParameters(const SmbFileSystem::Entry& entry) {
     fuse_entry_param parameters{};
     parameters.ino = entry.number;
-    parameters.attr = entry.attributes;
-    parameters.attr_timeout = validFor;
-    parameters.entry_timeout = validFor;
+    parameters.attr = entry.answer.attributes;
+    parameters.attr_timeout = entry.answer.remaining().count();
+    parameters.entry_timeout = parameters.attr_timeout;
     return parameters;
 }
 
@@ -71,11 +70,11 @@ void replyDone(fuse_req_t request, const Outcome<void>& done) {
     fuse_reply_err(request, done ? 0 : done.error());
 }
 
-void replyAttributes(fuse_req_t request, const Outcome<struct stat>& attributes) {
-    if (attributes)
-        fuse_reply_attr(request, &*attributes, validFor);
+void replyAttributes(fuse_req_t request, const Outcome<Answer>& answer) {
+    if (answer)
+        fuse_reply_attr(request, &answer->attributes, answer->remaining().count());
     else
-        fuse_reply_err(request, attributes.error());
+        fuse_reply_err(request, answer.error());
 }
 
 void initialise(void*, fuse_conn_info* connection) {
@@ -194,7 +193,7 @@ void createFile(fuse_req_t request, fuse_ino_t parent, const char* name, mode_t,
         return;
     }
     const auto& [entry, file] = *created;
-    settle(request, info, file, entry.attributes.st_size);
+    settle(request, info, file, entry.answer.attributes.st_size);
     const fuse_entry_param parameters = entryParameters(entry);
     SmbFileSystem& fs = fileSystem(request);
     if (fuse_reply_create(request, &parameters, info) != 0) {
@@ -214,10 +213,9 @@ void readFile(fuse_req_t request, fuse_ino_t, std::size_t size, off_t offset,
         fuse_reply_err(request, result.error());
 }
 
-void writeFile(fuse_req_t request, fuse_ino_t number, const char* bytes, std::size_t size,
-               off_t offset, fuse_file_info* info) {
-    const auto taken = perform(request, [&](SmbFileSystem& fs) {
-        fs.noteChange(number);
+void writeFile(fuse_req_t request, fuse_ino_t, const char* bytes, std::size_t size, off_t offset,
+               fuse_file_info* info) {
+    const auto taken = perform(request, [&](SmbFileSystem&) {
         return fileOf(info).write(std::span(bytes, size), offset);
     });
     if (taken)

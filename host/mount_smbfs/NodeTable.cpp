@@ -4,22 +4,35 @@
 
 namespace harbrix {
 
-namespace {
-constexpr std::chrono::seconds rememberRemovalFor(30);
-}
-
 NodeTable::NodeTable() {
     m_nodes[root].lookUps = 1;
 }
 
 NodeTable::Number NodeTable::lookUp(Number parent, const std::string& name) {
     const std::lock_guard lock(m_mutex);
+    return lookUpLocked(parent, name);
+}
+
+NodeTable::Number NodeTable::lookUp(Number parent, const std::string& name, const Answer& answer) {
+    const std::lock_guard lock(m_mutex);
+    if (const auto known = m_byName.find({parent, name}); known != m_byName.end()) {
+        const auto& before = m_nodes[known->second].answer;
+        const ino_t identity = answer.attributes.st_ino;
+        // 0 comes from a server that does not number its files.
+        if (before && before->attributes.st_ino != identity && before->attributes.st_ino != 0 &&
+            identity != 0)
+            loseName(known->second);
+    }
+    const Number number = lookUpLocked(parent, name);
+    m_nodes[number].answer = answer;
+    return number;
+}
+
+NodeTable::Number NodeTable::lookUpLocked(Number parent, const std::string& name) {
     const auto known = m_byName.find({parent, name});
     const Number number = known != m_byName.end() ? known->second : m_next++;
     if (known == m_byName.end())
         attach(number, parent, name);
-    if (!m_removed.empty())
-        m_removed.erase({parent, name});
     ++m_nodes[number].lookUps;
     return number;
 }
@@ -114,7 +127,6 @@ std::vector<NodeTable::Number> NodeTable::within(Number top,
 
 void NodeTable::remove(Number parent, const std::string& name) {
     const std::lock_guard lock(m_mutex);
-    noteRemoval(parent, name);
     const auto known = m_byName.find({parent, name});
     if (known == m_byName.end())
         return;
@@ -132,8 +144,6 @@ void NodeTable::loseName(Number number) {
 void NodeTable::rename(Number oldParent, const std::string& oldName, Number newParent,
                        const std::string& newName) {
     const std::lock_guard lock(m_mutex);
-    noteRemoval(oldParent, oldName);
-    m_removed.erase({newParent, newName});
     const auto moved = m_byName.find({oldParent, oldName});
     if (const auto replaced = m_byName.find({newParent, newName});
         replaced != m_byName.end() && replaced != moved)
@@ -145,44 +155,24 @@ void NodeTable::rename(Number oldParent, const std::string& oldName, Number newP
     attach(number, newParent, newName);
 }
 
-void NodeTable::remember(Number number, const struct stat& attributes) {
+void NodeTable::remember(Number number, const Answer& answer) {
     const std::lock_guard lock(m_mutex);
     if (const auto node = m_nodes.find(number); node != m_nodes.end())
-        node->second.attributes = attributes;
+        node->second.answer = answer;
 }
 
-void NodeTable::noteChange(Number number) {
-    const std::lock_guard lock(m_mutex);
-    if (const auto node = m_nodes.find(number); node != m_nodes.end())
-        node->second.changedAt = std::chrono::steady_clock::now();
-}
-
-bool NodeTable::wasChangedSince(Number number, TimePoint time) const {
+std::optional<Answer> NodeTable::remembered(Number number) const {
     const std::lock_guard lock(m_mutex);
     const auto node = m_nodes.find(number);
-    return node != m_nodes.end() && node->second.changedAt >= time;
+    return node == m_nodes.end() ? std::nullopt : node->second.answer;
 }
 
-void NodeTable::noteRemoval(Number parent, const std::string& name) {
-    const TimePoint now = std::chrono::steady_clock::now();
-    if (now - m_removedPrunedAt > rememberRemovalFor) {
-        std::erase_if(m_removed,
-                      [&](const auto& item) { return now - item.second > rememberRemovalFor; });
-        m_removedPrunedAt = now;
-    }
-    m_removed[{parent, name}] = now;
-}
-
-bool NodeTable::wasRemovedSince(Number parent, const std::string& name, TimePoint time) const {
-    const std::lock_guard lock(m_mutex);
-    const auto removed = m_removed.find({parent, name});
-    return removed != m_removed.end() && removed->second >= time;
-}
-
-std::optional<struct stat> NodeTable::remembered(Number number) const {
+std::optional<std::pair<NodeTable::Number, std::string>> NodeTable::place(Number number) const {
     const std::lock_guard lock(m_mutex);
     const auto node = m_nodes.find(number);
-    return node == m_nodes.end() ? std::nullopt : node->second.attributes;
+    if (node == m_nodes.end() || node->second.parent == 0)
+        return std::nullopt;
+    return std::pair(node->second.parent, node->second.name);
 }
 
 } // namespace harbrix

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <sys/stat.h>
+#include "mount_smbfs/Answer.h"
 
-#include <chrono>
 #include <cstdint>
 #include <map>
 #include <mutex>
@@ -20,13 +19,15 @@ namespace harbrix {
 class NodeTable {
 public:
     using Number = std::uint64_t;
-    using TimePoint = std::chrono::steady_clock::time_point;
     static constexpr Number root = 1;
 
     NodeTable();
 
     /// The number of this name, a new one if need be, with one look-up more.
     [[nodiscard]] Number lookUp(Number parent, const std::string& name);
+    /// The same for what the server says of the name just now, which is remembered. If it has come
+    /// to mean another file there, it gets another number, and the old one is left without a name.
+    [[nodiscard]] Number lookUp(Number parent, const std::string& name, const Answer& answer);
     void forget(Number number, std::uint64_t lookUps);
 
     /// Below the mounted folder, "a/b"; empty for the root.
@@ -45,16 +46,11 @@ public:
                 const std::string& newName);
 
     /// What the server last said of it, e.g. its identity there.
-    void remember(Number number, const struct stat& attributes);
-    [[nodiscard]] std::optional<struct stat> remembered(Number number) const;
+    void remember(Number number, const Answer& answer);
+    [[nodiscard]] std::optional<Answer> remembered(Number number) const;
 
-    /// Marks the file as changed from here, just now.
-    void noteChange(Number number);
-    [[nodiscard]] bool wasChangedSince(Number number, TimePoint time) const;
-    /// Whether remove() or rename() took the name away after that time. Remembered for half a
-    /// minute.
-    [[nodiscard]] bool wasRemovedSince(Number parent, const std::string& name,
-                                       TimePoint time) const;
+    /// The folder and name of a number that has a name.
+    [[nodiscard]] std::optional<std::pair<Number, std::string>> place(Number number) const;
 
 private:
     using Key = std::pair<Number, std::string>;
@@ -63,13 +59,12 @@ private:
         std::string name;
         std::uint64_t lookUps = 0;
         std::size_t children = 0;
-        std::optional<struct stat> attributes;
-        TimePoint changedAt;
+        std::optional<Answer> answer;
     };
 
     void detach(Number number);
     void attach(Number number, Number parent, const std::string& name);
-    void noteRemoval(Number parent, const std::string& name);
+    [[nodiscard]] Number lookUpLocked(Number parent, const std::string& name);
     void loseName(Number number);
     void eraseIfUnused(Number number);
     [[nodiscard]] std::optional<std::string> pathLocked(Number number) const;
@@ -77,8 +72,6 @@ private:
     mutable std::mutex m_mutex;
     std::unordered_map<Number, Node> m_nodes;
     std::map<Key, Number> m_byName;
-    std::map<Key, TimePoint> m_removed;
-    TimePoint m_removedPrunedAt;
     Number m_next = root + 1;
 };
 

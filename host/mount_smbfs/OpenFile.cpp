@@ -1,12 +1,8 @@
 #include "mount_smbfs/OpenFile.h"
 
-#include "mount_smbfs/CallScope.h"
-
 #include <fcntl.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <cstring>
 
 namespace harbrix {
 
@@ -14,16 +10,10 @@ namespace {
 
 constexpr int readBit = static_cast<int>(OpenFile::Access::read);
 
-using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 
-constexpr std::size_t blocksInFlight = 4;
-// Below this a write is sent by the thread that waits for it; the hop to another costs more.
-constexpr std::size_t smallWrite = std::size_t{256} << 10;
-constexpr auto collectFor = 1s;
-constexpr auto impatienceCheck = 250ms;
-// What a writer waits for is bounded by the limit of each transfer; this only ends a lost wake-up.
-constexpr auto longestWait = 90s;
+// The kernel asks for so much at most without having seen a sequence.
+constexpr off_t smallFile = off_t{128} << 10;
 
 int openFlags(int access) {
     if (access == static_cast<int>(OpenFile::Access::readWrite))
@@ -39,25 +29,48 @@ OpenFile::OpenFile(FileServices services, PathSource path)
 
 OpenFile::~OpenFile() = default;
 
-Outcome<struct stat> OpenFile::open(Access access, int creationFlags) {
+Outcome<Answer> OpenFile::open(Access access, int creationFlags,
+                               const std::optional<Answer>& known) {
     m_wanted |= static_cast<int>(access);
     if ((creationFlags & O_TRUNC) != 0) {
-        (void) flush();
+        [[maybe_unused]] const auto flushed = flush();
         m_readAhead.drop();
     }
+    // A small file is read through one handle, so nothing but reading it need be asked.
+    const bool isKnown = known && creationFlags == 0 && access == Access::read &&
+                         known->attributes.st_size <= smallFile;
     const bool isExclusive = (creationFlags & O_EXCL) != 0;
     const CallPlan plan{.repeat = isExclusive ? Repeat::never : Repeat::once,
                         .preferred = m_occupied};
-    return m_services.link.call(
+    const auto opened = m_services.link.call(
         plan, [&](Lane & lane) -> Outcome<struct stat> {
             const auto file = handleOn(lane, access, creationFlags);
             if (!file)
                 return std::unexpected(file.error());
-            const auto info = attributesOn(lane);
-            if (info)
-                m_identity = info->st_ino;
-            return info;
+            if (isKnown)
+                return known->attributes;
+            return attributesOn(lane);
         });
+    if (!opened)
+        return std::unexpected(opened.error());
+    // Only the first time: all later handles must be of the same file.
+    ino_t none = 0;
+    if (m_identity.compare_exchange_strong(none, opened->st_ino))
+        m_isIdentityCertain = !isKnown;
+    else if (!isKnown && opened->st_ino == m_identity)
+        m_isIdentityCertain = true;
+    return isKnown ? *known : Answer{*opened, steady_clock::now()};
+}
+
+bool OpenFile::isWritable() const {
+    return (m_wanted & static_cast<int>(Access::write)) != 0;
+}
+
+// A further handle could turn out to be of another file than the first; where that could not be
+// told the first one's lane has to do.
+unsigned OpenFile::usableLanes(unsigned allowed) const {
+    const unsigned occupied = m_occupied;
+    return m_isIdentityCertain || occupied == 0 ? allowed : occupied;
 }
 
 Outcome<SMBCFILE*> OpenFile::handleOn(Lane& lane, Access access, int creationFlags) {
@@ -118,8 +131,8 @@ Outcome<void> OpenFile::checkIdentity(Lane& lane) {
 
 void OpenFile::closeSlot(Lane& lane) {
     Slot& slot = m_slots[lane.index];
-    if (slot.file && slot.epoch == lane.connection.epoch())
-        (void) lane.connection.close(slot.file);
+    if (slot.file && slot.epoch == lane.connection.epoch()) [[maybe_unused]]
+        const auto closed = lane.connection.close(slot.file);
     slot.file = nullptr;
     m_occupied &= ~(1U << lane.index);
 }
@@ -143,7 +156,7 @@ void OpenFile::releaseHandles() {
 }
 
 void OpenFile::close() {
-    (void) flush();
+    [[maybe_unused]] const auto flushed = flush();
     m_isClosed = true;
     m_flushAlarm.cancel();
     m_readAhead.drop();
@@ -152,7 +165,7 @@ void OpenFile::close() {
 
 Outcome<std::size_t> OpenFile::fetch(std::span<char> buffer, off_t offset, unsigned allowedLanes) {
     const CallPlan plan{
-        .kind = CallKind::transfer, .allowed = allowedLanes, .preferred = m_occupied};
+        .kind = CallKind::transfer, .allowed = usableLanes(allowedLanes), .preferred = m_occupied};
     return m_services.link.call(plan, [&](Lane& lane) -> Outcome<std::size_t> {
         const auto file = handleOn(lane, Access::read);
         if (!file)
@@ -180,193 +193,14 @@ Outcome<ReadResult> OpenFile::read(std::size_t size, off_t offset) {
     return ReadResult{memory, std::span<const char>(memory->data(), *count)};
 }
 
-Outcome<void> OpenFile::send(const WriteBlock& block, unsigned allowedLanes) {
-    const CallPlan plan{
-        .kind = CallKind::transfer, .allowed = allowedLanes, .preferred = m_occupied};
-    return m_services.link.call(plan, [&](Lane& lane) -> Outcome<void> {
-        const auto file = handleOn(lane, Access::write);
-        if (!file)
-            return std::unexpected(file.error());
-        return lane.connection.write(*file, std::span(block.memory.get(), block.size),
-                                     block.offset);
-    });
-}
-
-Outcome<void> OpenFile::waitForWriters(Lock& lock, const std::function<bool()>& condition) {
-    const CallScope* scope = CallScope::current();
-    const auto end = steady_clock::now() + longestWait;
-    while (!condition()) {
-        m_writersChanged.wait_for(lock, impatienceCheck);
-        if (scope && scope->shouldGiveUp())
-            return std::unexpected(EINTR);
-        if (steady_clock::now() > end)
-            return std::unexpected(ETIMEDOUT);
-    }
-    return {};
-}
-
-bool OpenFile::overlapsInFlight(const WriteBlock& block) const {
-    return std::any_of(m_inFlight.begin(), m_inFlight.end(), [&](const auto& other) {
-        return block.offset < other->end() && other->offset < block.end();
-    });
-}
-
-Outcome<void> OpenFile::submit(Lock& lock) {
-    const auto block = m_collecting;
-    if (!block)
-        return {};
-    const auto mayGo = [&] {
-        return m_collecting != block ||
-               (m_inFlight.size() < blocksInFlight && !overlapsInFlight(*block));
-    };
-    if (auto waited = waitForWriters(lock, mayGo); !waited)
-        return waited;
-    // Another thread may have sent it off while this one waited.
-    if (m_collecting != block)
-        return {};
-    m_collecting.reset();
-    m_inFlight.push_back(block);
-    m_services.jobs.post([self = shared_from_this(), block] { self->runWrite(block); });
-    return {};
-}
-
-void OpenFile::runWrite(const std::shared_ptr<WriteBlock>& block) {
-    const auto sent = send(*block, m_services.link.transferLanes());
-    // A reader may have read ahead what was there before.
-    m_readAhead.drop();
-    {
-        const std::lock_guard lock(m_mutex);
-        if (!sent && m_writeError == 0)
-            m_writeError = sent.error();
-        block->memory.reset();
-        m_inFlight.remove(block);
-    }
-    m_writersChanged.notify_all();
-}
-
-// A block to collect into at this offset: the current one if it continues or rewrites it, else a
-// new one.
-Outcome<void> OpenFile::makeRoom(Lock& lock, off_t offset) {
-    for (;;) {
-        const auto& block = m_collecting;
-        const bool fits = block && offset >= block->offset && offset <= block->end() &&
-                          offset < block->offset + static_cast<off_t>(BufferPool::blockSize);
-        if (fits)
-            return {};
-        if (block) {
-            if (auto submitted = submit(lock); !submitted)
-                return submitted;
-            continue;
-        }
-        BufferPool::Block memory;
-        const auto hasMemory = [&] {
-            if (!memory && !m_collecting)
-                memory = m_services.buffers.take();
-            return memory || m_collecting;
-        };
-        if (auto waited = waitForWriters(lock, hasMemory); !waited)
-            return waited;
-        if (m_collecting)
-            continue;
-        m_collecting = std::make_shared<WriteBlock>();
-        m_collecting->memory = std::move(memory);
-        m_collecting->offset = offset;
-        scheduleFlush();
-    }
-}
-
-Outcome<std::size_t> OpenFile::write(std::span<const char> bytes, off_t offset) {
-    m_readAhead.drop();
-    Lock lock(m_mutex);
-    std::size_t taken = 0;
-    while (taken < bytes.size()) {
-        if (m_writeError != 0)
-            return std::unexpected(m_writeError);
-        const off_t at = offset + static_cast<off_t>(taken);
-        if (auto room = makeRoom(lock, at); !room) {
-            if (taken > 0)
-                return taken;
-            return std::unexpected(room.error());
-        }
-        WriteBlock& block = *m_collecting;
-        const auto within = static_cast<std::size_t>(at - block.offset);
-        const std::size_t count = std::min(bytes.size() - taken, BufferPool::blockSize - within);
-        std::memcpy(block.memory.get() + within, bytes.data() + taken, count);
-        block.size = std::max(block.size, within + count);
-        taken += count;
-        if (block.size == BufferPool::blockSize) {
-            // The bytes are taken over in any case; a failure to send them shows at the next call.
-            (void) submit(lock);
-        }
-    }
-    return taken;
-}
-
-// What a writer leaves in a half-full block reaches the server within a moment, not only at close.
-void OpenFile::scheduleFlush() {
-    if (m_isFlushDue)
-        return;
-    m_isFlushDue = true;
-    const auto flushLate = [weak = weak_from_this()]() -> std::optional<Watchdog::TimePoint> {
-        if (const auto self = weak.lock())
-            self->m_services.jobs.post([self] { self->submitLate(); });
-        return std::nullopt;
-    };
-    m_flushAlarm =
-        Watchdog::Alarm(m_services.watchdog, steady_clock::now() + collectFor, flushLate);
-}
-
-void OpenFile::submitLate() {
-    Lock lock(m_mutex);
-    m_isFlushDue = false;
-    // Waiting here could hold the very thread that is waited for.
-    if (!m_collecting)
-        return;
-    if (m_inFlight.size() >= blocksInFlight || overlapsInFlight(*m_collecting)) {
-        scheduleFlush();
-        return;
-    }
-    (void) submit(lock);
-}
-
-Outcome<void> OpenFile::drain(Lock& lock) {
-    while (m_collecting || !m_inFlight.empty()) {
-        if (m_collecting && m_inFlight.empty() && m_collecting->size <= smallWrite) {
-            const auto block = std::exchange(m_collecting, nullptr);
-            m_inFlight.push_back(block);
-            lock.unlock();
-            const auto sent = send(*block, ~0U);
-            m_readAhead.drop();
-            lock.lock();
-            if (!sent && m_writeError == 0)
-                m_writeError = sent.error();
-            m_inFlight.remove(block);
-            m_writersChanged.notify_all();
-            continue;
-        }
-        if (auto submitted = submit(lock); !submitted)
-            return submitted;
-        const auto isQuiet = [&] { return m_inFlight.empty(); };
-        if (auto waited = waitForWriters(lock, isQuiet); !waited)
-            return waited;
-    }
-    if (m_writeError != 0)
-        return std::unexpected(m_writeError);
-    return {};
-}
-
-Outcome<void> OpenFile::flush() {
-    Lock lock(m_mutex);
-    return drain(lock);
-}
-
 Outcome<void> OpenFile::truncate(off_t size) {
     Lock lock(m_mutex);
     if (auto drained = drain(lock); !drained)
         return drained;
     m_readAhead.drop();
     // The lock stays: a write that came in between would be cut off or not, by chance.
-    return m_services.link.call({.preferred = m_occupied}, [&](Lane& lane) -> Outcome<void> {
+    const CallPlan plan{.allowed = usableLanes(~0U), .preferred = m_occupied};
+    return m_services.link.call(plan, [&](Lane& lane) -> Outcome<void> {
         const auto file = handleOn(lane, Access::write);
         if (!file)
             return std::unexpected(file.error());
@@ -374,14 +208,17 @@ Outcome<void> OpenFile::truncate(off_t size) {
     });
 }
 
-Outcome<struct stat> OpenFile::attributes() {
+Outcome<Answer> OpenFile::attributes() {
     {
         Lock lock(m_mutex);
         // A failed write is told to the writer; whoever asks for the size gets the server's answer.
-        (void) drain(lock);
+        [[maybe_unused]] const auto drained = drain(lock);
     }
-    return m_services.link.call({.preferred = m_occupied},
-                                [&](Lane& lane) { return attributesOn(lane); });
+    const CallPlan plan{.allowed = usableLanes(~0U), .preferred = m_occupied};
+    const auto info = m_services.link.call(plan, [&](Lane& lane) { return attributesOn(lane); });
+    if (!info)
+        return std::unexpected(info.error());
+    return Answer{*info, steady_clock::now()};
 }
 
 } // namespace harbrix

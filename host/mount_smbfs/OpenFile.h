@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mount_smbfs/Answer.h"
 #include "mount_smbfs/BufferPool.h"
 #include "mount_smbfs/JobQueue.h"
 #include "mount_smbfs/ReadAhead.h"
@@ -45,8 +46,11 @@ public:
     ~OpenFile();
 
     /// Opens it on the server, with the flags of open(2) that make it or empty it. Returns what the
-    /// server says of it.
-    [[nodiscard]] Outcome<struct stat> open(Access access, int creationFlags);
+    /// server says of it; that may be `known`, from a moment ago.
+    [[nodiscard]] Outcome<Answer> open(Access access, int creationFlags,
+                                       const std::optional<Answer>& known);
+    /// Whether it was opened in a way that can have changed its content.
+    [[nodiscard]] bool isWritable() const;
     /// Sends what is left, then closes on the server. Errors of writing have been told by flush().
     void close();
     /// Closes the server's handles for the moment, so that the name can be changed or removed; the
@@ -59,7 +63,7 @@ public:
     /// Waits until all that was written has reached the server.
     [[nodiscard]] Outcome<void> flush();
     [[nodiscard]] Outcome<void> truncate(off_t size);
-    [[nodiscard]] Outcome<struct stat> attributes();
+    [[nodiscard]] Outcome<Answer> attributes();
 
 private:
     struct Slot {
@@ -82,6 +86,7 @@ private:
     [[nodiscard]] Outcome<void> checkIdentity(Lane& lane);
     void closeSlot(Lane& lane);
 
+    [[nodiscard]] unsigned usableLanes(unsigned allowed) const;
     [[nodiscard]] Outcome<void> send(const WriteBlock& block, unsigned allowedLanes);
     [[nodiscard]] Outcome<std::size_t> fetch(std::span<char> buffer, off_t offset,
                                              unsigned allowedLanes);
@@ -101,6 +106,8 @@ private:
     PathSource m_path;
     std::atomic<int> m_wanted = 0; ///< every access asked for so far
     std::atomic<ino_t> m_identity = 0;
+    /// False while the identity is what the name meant a moment before the file was opened.
+    std::atomic<bool> m_isIdentityCertain = false;
     std::atomic<unsigned> m_occupied = 0; ///< lanes with a handle
     std::atomic<bool> m_isClosed = false;
     /// Each touched only by the thread that has its lane.

@@ -19,7 +19,6 @@ constexpr off_t disorder = off_t{512} << 10;
 constexpr off_t streakPerBlock = off_t{256} << 10;
 // Data read ahead of a reader that has paused is not what the file holds now.
 constexpr auto freshFor = 2s;
-constexpr auto impatienceCheck = 250ms;
 
 } // namespace
 
@@ -88,7 +87,7 @@ std::optional<ReadResult> ReadAhead::take(std::size_t size, off_t offset,
     const BlockPointer block = found->second;
     const CallScope* scope = CallScope::current();
     while (!block->isReady) {
-        m_blockReady.wait_for(lock, impatienceCheck);
+        m_blockReady.wait_for(lock, CallScope::impatienceCheck);
         if (scope && scope->shouldGiveUp())
             return std::nullopt;
     }

@@ -24,7 +24,7 @@ private:
     static constexpr unsigned maximum = 64;
 
     FuseSession& m_session;
-    FileDescriptor m_gone;
+    UniqueDescriptor m_gone;
     std::mutex m_mutex;
     unsigned m_total = 0;
     unsigned m_reading = 0;

@@ -15,8 +15,6 @@ namespace {
 using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 
-// Waiters look for an impatient caller this often, and only while they wait.
-constexpr auto impatienceCheck = 250ms;
 constexpr auto probeInterval = 1s;
 constexpr auto probeLimit = 2s;
 
@@ -86,7 +84,8 @@ Outcome<Lane*> ServerLink::takeLane(const CallPlan& plan, Deadline deadline) {
             return std::unexpected(EINTR);
         if (steady_clock::now() >= deadline)
             break;
-        m_laneChanged.wait_until(lock, std::min(deadline, steady_clock::now() + impatienceCheck));
+        m_laneChanged.wait_until(
+            lock, std::min(deadline, steady_clock::now() + CallScope::impatienceCheck));
     }
     lock.unlock();
     // No lane at all for so long: all are stuck. One certain lane may just be in a long transfer.
@@ -214,7 +213,7 @@ std::optional<Watchdog::TimePoint> ServerLink::Lease::look(const CallScope* scop
         return std::nullopt;
     }
     m_progress = m_lane->connection.progress();
-    return scope ? std::min(m_deadline, now + impatienceCheck) : m_deadline;
+    return scope ? std::min(m_deadline, now + CallScope::impatienceCheck) : m_deadline;
 }
 
 ServerLink::Lease::~Lease() {

@@ -25,6 +25,9 @@ std::timed_mutex connectMutex;
 // Longer than any limit of ours: cut() ends what takes too long, not the library.
 constexpr int libraryTimeoutMilliseconds = 40'000;
 
+// FILE_ATTRIBUTE_REPARSE_POINT of MS-FSCC, 2.6.
+constexpr unsigned reparsePoint = 0x400;
+
 bool isConnectionError(int error) {
     switch (error) {
     case ECONNABORTED:
@@ -73,7 +76,8 @@ std::vector<int> newSockets(const SmbConnection::Sockets& before) {
 
 void giveLogin(SMBCCTX* context, const char*, const char*, char* domain, int domainSize, char* user,
                int userSize, char* password, int passwordSize) {
-    const auto& login = *static_cast<const SmbLogin*>(smbc_getOptionUserData(context));
+    const SmbLogin& login =
+        static_cast<const SmbContextData*>(smbc_getOptionUserData(context))->login();
     const auto copy = [](char* target, int size, std::string_view text) {
         const std::size_t count = std::min(text.size(), static_cast<std::size_t>(size) - 1);
         std::memcpy(target, text.data(), count);
@@ -90,7 +94,8 @@ int trustConnection(SMBCCTX*, SMBCSRV*) {
     return 0;
 }
 
-SMBCCTX* makeContext(const SmbLogin& login) {
+SMBCCTX* makeContext(SmbContextData& data) {
+    const SmbLogin& login = data.login();
     SMBCCTX* context = smbc_new_context();
     if (!context)
         return nullptr;
@@ -98,7 +103,7 @@ SMBCCTX* makeContext(const SmbLogin& login) {
     smbc_setOptionDebugToStderr(context, 1);
     smbc_setTimeout(context, libraryTimeoutMilliseconds);
     smbc_setPort(context, login.port);
-    smbc_setOptionUserData(context, const_cast<SmbLogin*>(&login));
+    data.attach(context);
     smbc_setFunctionAuthDataWithContext(context, giveLogin);
     smbc_setFunctionCheckServer(context, trustConnection);
     // A wrong password must not turn into an anonymous login; a guest may become one.
@@ -151,12 +156,12 @@ Outcome<void> SmbConnection::connect(const std::string& numericAddress, Deadline
 }
 
 Outcome<void> SmbConnection::openContext(const std::string& numericAddress) {
-    m_context = makeContext(m_login);
+    m_context = makeContext(m_data);
     if (!m_context)
         return std::unexpected(ENOMEM);
     // The library takes the first colon for the port's, encoded or not it is decoded afterwards.
-    m_base = "smb://" + urlEncoded(numericAddress) + "/" + urlEncoded(m_login.share);
-    const auto folder = urlPath(m_login.folder);
+    m_base = "smb://" + urlEncoded(numericAddress) + "/" + urlEncoded(m_data.login().share);
+    const auto folder = urlPath(m_data.login().folder);
     if (!folder)
         return std::unexpected(folder.error());
     m_base += *folder;
@@ -267,7 +272,7 @@ Outcome<std::vector<ListedEntry>> SmbConnection::list(const std::string& path) {
     while (const auto* entry = smbc_getFunctionReaddirPlus2(m_context)(m_context, folder, &info)) {
         const std::string_view name = entry->name;
         if (name != "." && name != "..")
-            entries.push_back({nameFromServer(name), info});
+            entries.push_back({nameFromServer(name), info, (entry->attrs & reparsePoint) != 0});
         errno = 0;
     }
     (void) smbc_getFunctionClosedir(m_context)(m_context, folder);

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "common/FileDescriptor.h"
+#include "base/UniqueDescriptor.h"
+#include "mount_smbfs/FolderListing.h"
 #include "mount_smbfs/Outcome.h"
-#include "mount_smbfs/SmbLogin.h"
+#include "mount_smbfs/SmbLibrary.h"
 
 #include <libsmbclient.h>
 #include <sys/stat.h>
@@ -19,12 +20,6 @@
 
 namespace harbrix {
 
-/// One entry of a listing, with the server's attributes.
-struct ListedEntry {
-    std::string name;
-    struct stat attributes;
-};
-
 /// One connection to the share: a libsmbclient context of its own, which never reconnects behind
 /// our back. Used by one thread at a time, whichever it is; only cut() may be called by any thread
 /// meanwhile. Calls block until the server answers or cut() is called.
@@ -35,7 +30,7 @@ public:
     /// Descriptors by the inode of their socket.
     using Sockets = std::map<ino_t, int>;
 
-    explicit SmbConnection(const SmbLogin& login) : m_login(login) {}
+    explicit SmbConnection(const SmbLogin& login) : m_data(login) {}
     ~SmbConnection();
     SmbConnection(const SmbConnection&) = delete;
     SmbConnection& operator=(const SmbConnection&) = delete;
@@ -84,7 +79,7 @@ private:
     template <typename Call>
     Outcome<void> callWithUrl(const std::string& path, Call&& call);
 
-    const SmbLogin& m_login;
+    SmbContextData m_data;
     SMBCCTX* m_context = nullptr;
     std::string m_base;
     std::uint64_t m_epoch = 0;
@@ -92,7 +87,7 @@ private:
 
     // What cut() needs, guarded against the thread that is inside a call.
     std::mutex m_cutMutex;
-    FileDescriptor
+    UniqueDescriptor
         m_socket; ///< a duplicate, so that a number reused by the library is never shut down
     Sockets m_socketsBefore;
     bool m_isConnecting = false;

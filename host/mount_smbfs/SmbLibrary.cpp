@@ -1,6 +1,6 @@
 #include "mount_smbfs/SmbLibrary.h"
 
-#include "common/FileDescriptor.h"
+#include "base/UniqueDescriptor.h"
 
 #include <dlfcn.h>
 #include <libsmbclient.h>
@@ -88,6 +88,11 @@ bool prepareSmbLibrary() {
     return makeThreadSafe();
 }
 
+void SmbContextData::attach(SMBCCTX* context) {
+    m_hasCredentials = false;
+    smbc_setOptionUserData(context, this);
+}
+
 void applySmbSettings(SMBCCTX* context) {
     constexpr std::string_view settings = "[global]\n"
                                           "name resolve order = host\n"
@@ -95,7 +100,7 @@ void applySmbSettings(SMBCCTX* context) {
                                           "client max protocol = SMB3_11\n"
                                           "log level = 0\n"
                                           "log file = /dev/null\n";
-    const FileDescriptor file(::memfd_create("smb.conf", MFD_CLOEXEC));
+    const UniqueDescriptor file(::memfd_create("smb.conf", MFD_CLOEXEC));
     if (::write(file.get(), settings.data(), settings.size()) < 0)
         return;
     const std::string path = "/proc/self/fd/" + std::to_string(file.get());
@@ -103,3 +108,25 @@ void applySmbSettings(SMBCCTX* context) {
 }
 
 } // namespace harbrix
+
+// Stands before the library's own function, which the library calls for every path and every entry
+// of a listing although a connection has one login only; that took a third of the time of a look-up
+// and most of that of a listing here. (libsmbclient.h gives the name to C++ by mistake.)
+extern "C" {
+[[gnu::visibility("default")]] void
+giveCredentialsOnce(SMBCCTX* context, const char* workgroup, const char* user,
+                    const char* password) __asm__("smbc_set_credentials_with_fallback");
+
+void giveCredentialsOnce(SMBCCTX* context, const char* workgroup, const char* user,
+                         const char* password) {
+    static const auto next = reinterpret_cast<decltype(&giveCredentialsOnce)>(
+        ::dlsym(RTLD_NEXT, "smbc_set_credentials_with_fallback"));
+    auto* data = static_cast<harbrix::SmbContextData*>(smbc_getOptionUserData(context));
+    if (data && data->hasCredentials())
+        return;
+    next(context, workgroup, user, password);
+    // A path names no user; the login's own name comes once the connection is there.
+    if (data && user && *user != '\0')
+        data->noteCredentials();
+}
+}

@@ -1,6 +1,28 @@
 #pragma once
 
+#include "mount_smbfs/SmbLogin.h"
+
+struct _SMBCCTX;
+
 namespace harbrix {
+
+/// What a context of the library knows of its connection: the user data of each of our contexts.
+class SmbContextData {
+public:
+    explicit SmbContextData(const SmbLogin& login) : m_login(login) {}
+
+    /// Becomes the user data of a new context.
+    void attach(_SMBCCTX* context);
+    [[nodiscard]] const SmbLogin& login() const { return m_login; }
+
+    /// Whether the context was given the login already, and needs no more of it.
+    [[nodiscard]] bool hasCredentials() const { return m_hasCredentials; }
+    void noteCredentials() { m_hasCredentials = true; }
+
+private:
+    const SmbLogin& m_login;
+    bool m_hasCredentials = false;
+};
 
 /// Readies libsmbclient for this process: no configuration file of the user or the machine matters,
 /// nothing is logged. Call it once, before any thread and any connection.
@@ -11,6 +33,6 @@ namespace harbrix {
 [[nodiscard]] bool prepareSmbLibrary();
 
 /// Loads our own settings into the library. Call it with the first context at hand.
-void applySmbSettings(struct _SMBCCTX* context);
+void applySmbSettings(_SMBCCTX* context);
 
 } // namespace harbrix

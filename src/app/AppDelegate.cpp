@@ -2,6 +2,7 @@
 
 #include "automation/AutoMountStrategy.h"
 #include "automation/NetworkMonitor.h"
+#include "files/CacheDirectoryManager.h"
 #include "platform/DesktopNotifications.h"
 #include "platform/SingleInstance.h"
 #include "platform/UserDefaults.h"
@@ -25,9 +26,11 @@ Task<void> unmountAllAndSignal(AutoMountStrategy* strategy, std::shared_ptr<Sema
 
 AppDelegate::AppDelegate(SingleInstance& instance, DesktopNotifications& notifications,
                          NetworkMonitor& network, AutoMountStrategy& strategy,
-                         UserDefaults& defaults, Scheduler& scheduler)
+                         CacheDirectoryManager& cacheDirectory, UserDefaults& defaults,
+                         Scheduler& scheduler)
     : m_instance(instance), m_notifications(notifications), m_network(network),
-      m_strategy(strategy), m_defaults(defaults), m_scheduler(scheduler) {}
+      m_strategy(strategy), m_cacheDirectory(cacheDirectory), m_defaults(defaults),
+      m_scheduler(scheduler) {}
 
 bool AppDelegate::ensureSingleInstance() {
     if (m_instance.isFirst())
@@ -56,6 +59,9 @@ void AppDelegate::applicationDidFinishLaunching() {
 
     m_strategy.start();
     log(LogLevel::info, QStringLiteral("Auto-mount strategy started"), LogCategory::mount);
+
+    m_cacheDirectory.startPeriodicCleanup();
+    m_cacheDirectory.launch(m_cacheDirectory.performStartupCleanup());
 
     scheduleOnboarding();
     log(LogLevel::info, QStringLiteral("Harbrix application started successfully"),

@@ -7,6 +7,7 @@
 namespace harbrix {
 
 class AutoMountStrategy;
+class CacheDirectoryManager;
 class DesktopNotifications;
 class NetworkMonitor;
 class SingleInstance;
@@ -25,7 +26,8 @@ public:
     static constexpr Seconds terminationWait{5.0};
 
     AppDelegate(SingleInstance& instance, DesktopNotifications& notifications,
-                NetworkMonitor& network, AutoMountStrategy& strategy, UserDefaults& defaults,
+                NetworkMonitor& network, AutoMountStrategy& strategy,
+                CacheDirectoryManager& cacheDirectory, UserDefaults& defaults,
                 Scheduler& scheduler);
 
     /// Starts the services in order. Where another instance runs, brings that one to the front and
@@ -55,6 +57,7 @@ private:
     DesktopNotifications& m_notifications;
     NetworkMonitor& m_network;
     AutoMountStrategy& m_strategy;
+    CacheDirectoryManager& m_cacheDirectory;
     UserDefaults& m_defaults;
     Scheduler& m_scheduler;
     Timer m_onboarding;

@@ -46,13 +46,16 @@ HarbrixApp::HarbrixApp()
       m_strategy(m_engine, m_configStore, m_appState, m_network, m_notifications, m_defaults,
                  m_scheduler, *m_sleepMonitor),
       m_saver(m_configStore, m_keychain, m_strategy),
+      m_cache(m_defaults, m_scheduler, m_directories.caches),
+      m_cacheDirectory(m_cache, m_defaults, m_scheduler), m_recentFiles(m_defaults, m_scheduler),
       m_remoteControl({m_configStore, m_appState, m_keychain, m_engine, m_network, m_strategy}) {
     // The objects are there before the name is: who sees the name can call them.
     publish();
     m_instance = std::make_unique<SingleInstance>(QLatin1String(AppDelegate::applicationIdentifier),
                                                   m_directories.runtime);
-    m_appDelegate = std::make_unique<AppDelegate>(*m_instance, *m_desktopNotifications, m_network,
-                                                  m_strategy, m_defaults, m_scheduler);
+    m_appDelegate =
+        std::make_unique<AppDelegate>(*m_instance, *m_desktopNotifications, m_network, m_strategy,
+                                      m_cacheDirectory, m_defaults, m_scheduler);
     connectParts();
 }
 
@@ -80,25 +83,33 @@ void HarbrixApp::connectParts() {
     makeUserInterface();
 }
 
+Environment HarbrixApp::environment() {
+    const auto open = [](const QUrl& url) {
+        if (!openUrl(url))
+            log(LogLevel::warning, QStringLiteral("Nothing opens ") + url.toString(),
+                LogCategory::ui);
+    };
+    return {m_appState,
+            m_configStore,
+            m_languageManager,
+            m_network,
+            m_strategy,
+            m_engine,
+            m_saver,
+            open,
+            {m_browserState, m_cache, m_recentFiles, m_scheduler,
+             [](const QUrl& file) { showInFileViewer(file); },
+             [this](const QString& fileName, TransferDirection direction) {
+                 m_notifications.notifyTransferCompleted(fileName, direction);
+             }}};
+}
+
 void HarbrixApp::makeUserInterface() {
     auto* application = qobject_cast<QApplication*>(QCoreApplication::instance());
     if (!application)
         return;
-    const Environment environment{m_appState,
-                                  m_configStore,
-                                  m_languageManager,
-                                  m_network,
-                                  m_strategy,
-                                  m_engine,
-                                  m_saver,
-                                  [](const QUrl& url) {
-                                      if (!openUrl(url))
-                                          log(LogLevel::warning,
-                                              QStringLiteral("Nothing opens ") + url.toString(),
-                                              LogCategory::ui);
-                                  }};
     m_userInterface =
-        std::make_unique<UserInterface>(*application, environment, m_scheduler, *m_sleepMonitor);
+        std::make_unique<UserInterface>(*application, environment(), m_scheduler, *m_sleepMonitor);
     UserInterface* ui = m_userInterface.get();
     QObject::connect(m_appDelegate.get(), &AppDelegate::statusItemRequested, ui,
                      &UserInterface::start);

@@ -11,6 +11,10 @@
 #include "config/NASConfigStore.h"
 #include "core/AppStateManager.h"
 #include "credentials/KeychainManager.h"
+#include "files/CacheDirectoryManager.h"
+#include "files/CacheManager.h"
+#include "files/FileBrowserState.h"
+#include "files/RecentFilesTracker.h"
 #include "mount/MountEngine.h"
 #include "platform/AppDirectories.h"
 #include "platform/ChildProcess.h"
@@ -51,6 +55,7 @@ public:
 
 private:
     void connectParts();
+    [[nodiscard]] Environment environment();
     void makeUserInterface();
     void publish();
 
@@ -76,6 +81,10 @@ private:
     NotificationService m_notifications;
     AutoMountStrategy m_strategy;
     ShareSaver m_saver;
+    CacheManager m_cache;
+    CacheDirectoryManager m_cacheDirectory;
+    RecentFilesTracker m_recentFiles;
+    FileBrowserState m_browserState;
     RemoteControl m_remoteControl;
     ApplicationObject m_applicationObject;
     std::unique_ptr<SingleInstance> m_instance;

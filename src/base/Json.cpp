@@ -135,6 +135,17 @@ QStringList JsonReader::texts(const char* key) {
     return list;
 }
 
+QMap<QString, QString> JsonReader::textMap(const char* key) {
+    QMap<QString, QString> map;
+    const QJsonObject members = member(key, QJsonValue::Object, "an object").toObject();
+    for (auto item = members.begin(); item != members.end(); ++item) {
+        if (!item.value().isString())
+            fail(key, QStringLiteral("holds something other than texts"));
+        map.insert(item.key(), item.value().toString());
+    }
+    return map;
+}
+
 QUuid JsonReader::uuid(const char* key) {
     const auto parsed = parseUuid(text(key));
     if (!parsed)

@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QMap>
 #include <QStringList>
 #include <QUuid>
 
@@ -46,6 +47,8 @@ public:
     [[nodiscard]] int integer32(const char* key);
     [[nodiscard]] double number(const char* key);
     [[nodiscard]] QStringList texts(const char* key);
+    /// An object all of whose members are texts.
+    [[nodiscard]] QMap<QString, QString> textMap(const char* key);
     [[nodiscard]] QUuid uuid(const char* key);
     [[nodiscard]] QDateTime iso8601Date(const char* key);
     [[nodiscard]] QDateTime referenceDate(const char* key);

@@ -12,6 +12,9 @@
 namespace harbrix {
 namespace {
 
+// A setting may hold any number; beyond this one a timer could not count.
+constexpr Seconds longestInterval{100.0 * 365 * 86'400};
+
 /// Blocks.
 std::optional<qint64> freeBytes(const QByteArray& path) {
     struct statvfs status {};
@@ -59,7 +62,8 @@ Seconds CacheDirectoryManager::positiveSetting(const char* key, Seconds fallback
 
 void CacheDirectoryManager::startPeriodicCleanup() {
     const Seconds interval = positiveSetting(cleanupIntervalKey, defaultCleanupInterval);
-    m_cleanupTimer = m_scheduler.every(interval, [this] { launchCleanup(); });
+    m_cleanupTimer =
+        m_scheduler.every(std::min(interval, longestInterval), [this] { launchCleanup(); });
     log(LogLevel::info,
         QStringLiteral("Periodic cache cleanup started (interval: %1h)")
             .arg(decimalText(interval.count() / 3600.0)),

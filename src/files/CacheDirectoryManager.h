@@ -40,7 +40,7 @@ public:
     Task<void> performStartupCleanup();
     Task<void> updateDiskSpace();
 
-    /// Runs a cleanup for a caller that does not wait.
+    /// Runs a flow for a caller that does not wait.
     void launch(Task<void> flow) { m_flows.launch(std::move(flow)); }
     void launchCleanup();
 

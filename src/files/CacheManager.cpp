@@ -9,15 +9,15 @@
 
 #include <QFileInfo>
 
+#include <limits>
+
 namespace harbrix {
 
 CacheManager::CacheManager(UserDefaults& defaults, Scheduler& scheduler,
                            const QString& cachesDirectory)
     : m_defaults(defaults), m_scheduler(scheduler),
       m_defaultCacheDirectory(
-          QUrl::fromLocalFile(cachesDirectory + QStringLiteral("/Harbrix/FileCache"))) {
-    m_flows.launch(start());
-}
+          QUrl::fromLocalFile(cachesDirectory + QStringLiteral("/Harbrix/FileCache"))) {}
 
 CacheManager::~CacheManager() = default;
 
@@ -32,10 +32,21 @@ qint64 CacheManager::effectiveMaxSize() const {
     return m_defaults.integer(maxCacheSizeKey).value_or(defaultMaxSize);
 }
 
+void CacheManager::ensureStarted() {
+    if (std::exchange(m_isStarted, true))
+        return;
+    m_flows.launch(start());
+}
+
+Completion<SerialQueue::Turn> CacheManager::turn() {
+    ensureStarted();
+    return m_queue.turn();
+}
+
 Task<void> CacheManager::start() {
     // The first in the queue, so that every operation finds the index read.
     auto waiting = m_queue.turn();
-    const auto turn = co_await waiting;
+    const auto held = co_await waiting;
     auto making = onWorker([path = nativePath(cacheDirectory())] {
         (void) makeCacheDirectory(path);
         removeUnfinishedIndexes(path);
@@ -51,6 +62,7 @@ Task<void> CacheManager::start() {
 }
 
 Completion<std::monostate> CacheManager::loaded() {
+    ensureStarted();
     Completion<std::monostate> completion;
     if (m_isLoaded)
         completion.resolver()({});
@@ -59,119 +71,10 @@ Completion<std::monostate> CacheManager::loaded() {
     return completion;
 }
 
-Task<std::optional<CacheEntry>> CacheManager::cacheFile(QUrl sourceURL, QUuid configID,
-                                                        QString relativePath) {
-    auto storing = store(sourceURL, configID, relativePath);
-    auto entry = co_await storing;
-    if (entry) {
-        auto written = saved();
-        co_await written;
-    }
-    co_return entry;
-}
-
-Task<std::optional<CacheEntry>> CacheManager::store(QUrl sourceURL, QUuid configID,
-                                                    QString relativePath) {
-    auto waiting = m_queue.turn();
-    const auto turn = co_await waiting;
-    const QByteArray path = nativePath(sourceURL);
-    auto looking = onWorker([path] { return readSourceAttributes(path); });
-    const auto attributes = co_await looking;
-    if (!attributes) {
-        log(LogLevel::warning,
-            QStringLiteral("Cannot read file attributes for caching: ") + pathText(sourceURL),
-            LogCategory::cache);
-        co_return std::nullopt;
-    }
-    if (attributes->size > maxSingleFileSize) {
-        log(LogLevel::info,
-            QStringLiteral("Skipping cache for large file (%1 bytes): ").arg(attributes->size) +
-                lastPathComponent(sourceURL),
-            LogCategory::cache);
-        co_return std::nullopt;
-    }
-    if (const CacheEntry* present = m_index.find(configID, relativePath)) {
-        auto touched = m_index.touch(present->id, m_scheduler.wallClock());
-        indexChanged();
-        co_return touched;
-    }
-    auto copying =
-        copyAndEnter(sourceURL, configID, relativePath, attributes->size, attributes->isDirectory);
-    auto entry = co_await copying;
-    co_return entry;
-}
-
-Task<std::optional<CacheEntry>> CacheManager::copyAndEnter(QUrl sourceURL, QUuid configID,
-                                                           QString relativePath, qint64 size,
-                                                           bool isDirectory) {
-    if (!isSafeRelativePath(relativePath)) {
-        log(LogLevel::error,
-            QStringLiteral("Failed to cache file: the path leads out of the cache: ") +
-                relativePath,
-            LogCategory::cache);
-        co_return std::nullopt;
-    }
-    setProcessing(true);
-    auto evicting = evict(size);
-    co_await evicting;
-    const CopyTarget target{nativePath(cacheDirectory()), cacheFolderName(configID).toLatin1(),
-                            relativePath.toUtf8()};
-    auto copying = onWorker([source = nativePath(sourceURL), target] {
-        return copyIntoCache(source, target, maxSingleFileSize);
-    });
-    const auto copied = co_await copying;
-    if (!copied) {
-        log(LogLevel::error, QStringLiteral("Failed to cache file: ") + copied.error().description,
-            LogCategory::cache);
-        setProcessing(false);
-        co_return std::nullopt;
-    }
-    CacheEntry entry;
-    entry.id = QUuid::createUuid();
-    entry.configID = configID;
-    entry.relativePath = relativePath;
-    entry.localURL = fileUrl(target.path());
-    entry.fileSize = size;
-    entry.isDirectory = isDirectory;
-    entry.fileName = lastPathComponent(sourceURL);
-    entry.cachedAt = m_scheduler.wallClock();
-    entry.lastAccessedAt = entry.cachedAt;
-    m_index.insert(entry);
-    indexChanged();
-    log(LogLevel::info, QStringLiteral("Cached file: %1 (%2 bytes)").arg(entry.fileName).arg(size),
-        LogCategory::cache);
-    setProcessing(false);
-    co_return entry;
-}
-
-void CacheManager::offer(const QUrl& sourceURL, const QUuid& configID,
-                         const QString& relativePath) {
-    const auto sizeBefore = m_offered.size();
-    m_offered.insert({configID, relativePath});
-    if (m_offered.size() == sizeBefore)
-        return;
-    m_offers.push_back({sourceURL, configID, relativePath});
-    if (!m_isServingOffers)
-        m_flows.launch(serveOffers());
-}
-
-Task<void> CacheManager::serveOffers() {
-    m_isServingOffers = true;
-    while (!m_offers.empty()) {
-        const Offer offer = std::move(m_offers.front());
-        m_offers.pop_front();
-        // The save runs beside the next copy.
-        auto storing = store(offer.sourceURL, offer.configID, offer.relativePath);
-        co_await storing;
-        m_offered.remove({offer.configID, offer.relativePath});
-    }
-    m_isServingOffers = false;
-}
-
 Task<void> CacheManager::evictIfNeeded(qint64 requiredSpace) {
     {
-        auto waiting = m_queue.turn();
-        const auto turn = co_await waiting;
+        auto waiting = turn();
+        const auto held = co_await waiting;
         auto evicting = evict(requiredSpace);
         co_await evicting;
     }
@@ -208,8 +111,8 @@ Task<void> CacheManager::evict(qint64 requiredSpace) {
 
 Task<void> CacheManager::removeEntry(QUuid id) {
     {
-        auto waiting = m_queue.turn();
-        const auto turn = co_await waiting;
+        auto waiting = turn();
+        const auto held = co_await waiting;
         const CacheEntry* found = m_index.find(id);
         if (!found)
             co_return;
@@ -227,8 +130,8 @@ Task<void> CacheManager::removeEntry(QUuid id) {
 
 Task<void> CacheManager::clearAllCache() {
     {
-        auto waiting = m_queue.turn();
-        const auto turn = co_await waiting;
+        auto waiting = turn();
+        const auto held = co_await waiting;
         const QUrl directory = cacheDirectory();
         const auto ownership = directory == m_defaultCacheDirectory ? CacheOwnership::WholeDirectory
                                                                     : CacheOwnership::OwnFilesOnly;

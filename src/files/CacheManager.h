@@ -2,6 +2,7 @@
 
 #include "base/TaskScope.h"
 #include "files/CacheIndex.h"
+#include "files/CacheStorage.h"
 #include "files/SerialQueue.h"
 
 #include <QObject>
@@ -31,7 +32,8 @@ public:
     static constexpr auto maxCacheSizeKey = "cache.maxSize";
     static constexpr auto cacheLocationKey = "cache.location";
 
-    /// Begins to read the index; loaded() tells when it has been read.
+    /// Touches nothing yet: the first operation reads the index, loaded() tells when it has. A
+    /// second instance of the program, which is about to end, must leave the files alone.
     CacheManager(UserDefaults& defaults, Scheduler& scheduler, const QString& cachesDirectory);
     ~CacheManager() override;
 
@@ -82,14 +84,20 @@ private:
         QString relativePath;
     };
 
+    /// For every operation: its place in the queue, behind the first reading of the index.
+    [[nodiscard]] Completion<SerialQueue::Turn> turn();
+    void ensureStarted();
     Task<void> start();
     Task<void> readIndex();
-    Task<std::optional<CacheEntry>> store(QUrl sourceURL, QUuid configID, QString relativePath);
-    Task<std::optional<CacheEntry>> copyAndEnter(QUrl sourceURL, QUuid configID,
-                                                 QString relativePath, qint64 size,
-                                                 bool isDirectory);
+    Task<std::optional<CacheEntry>> store(Offer offer);
+    Task<std::optional<CacheEntry>> enter(Offer offer, CopyOutcome outcome);
+    Task<CopyOutcome> copyAfterEviction(CopyRequest request, CopyOutcome outcome);
+    CacheEntry enterCopy(const Offer& offer, const CopyOutcome& outcome);
+    [[nodiscard]] CopyRequest requestFor(const Offer& offer) const;
+    [[nodiscard]] qint64 roomLeft() const;
     Task<void> evict(qint64 requiredSpace);
     Task<void> serveOffers();
+    Task<void> serveSomeOffers();
     Task<void> runSaves();
 
     void indexChanged();
@@ -106,6 +114,7 @@ private:
     CacheIndex::Snapshot m_entries;
     CacheStatistics m_statistics;
     bool m_isProcessing = false;
+    bool m_isStarted = false;
     bool m_isLoaded = false;
     std::vector<Completion<std::monostate>::Resolver> m_waitingForLoad;
 
@@ -115,6 +124,8 @@ private:
 
     bool m_isSaveWanted = false;
     bool m_isSaving = false;
+    // The last save did not wait for the disk.
+    bool m_owesSyncedSave = false;
     std::vector<Completion<std::monostate>::Resolver> m_waitingForSave;
 
     TaskScope m_flows;

@@ -46,8 +46,8 @@ qint64 CacheManager::roomLeft() const {
 }
 
 Task<std::optional<CacheEntry>> CacheManager::store(Offer offer) {
-    auto waiting = m_queue.turn();
-    const auto turn = co_await waiting;
+    auto waiting = turn();
+    const auto held = co_await waiting;
     setProcessing(true);
     auto copying = onWorker([requests = std::vector{requestFor(offer)}, room = roomLeft()] {
         return copyInTurn(requests, maxSingleFileSize, room, offersBudget);
@@ -155,8 +155,8 @@ Task<void> CacheManager::serveOffers() {
 
 /// Copies a handful one after the other. The saves run beside the next ones.
 Task<void> CacheManager::serveSomeOffers() {
-    auto waiting = m_queue.turn();
-    const auto turn = co_await waiting;
+    auto waiting = turn();
+    const auto held = co_await waiting;
     std::vector<CopyRequest> requests;
     for (std::size_t place = 0; place < std::min(m_offers.size(), offersAtOnce); ++place)
         requests.push_back(requestFor(m_offers[place]));

@@ -42,8 +42,8 @@ Result<LoadedIndex, SystemError> loadIndexFile(const QString& path) {
 } // namespace
 
 Task<void> CacheManager::loadIndex() {
-    auto waiting = m_queue.turn();
-    const auto turn = co_await waiting;
+    auto waiting = turn();
+    const auto held = co_await waiting;
     auto reading = readIndex();
     co_await reading;
 }
@@ -94,9 +94,15 @@ Task<void> CacheManager::runSaves() {
         m_isSaveWanted = false;
         const auto waiters = std::exchange(m_waitingForSave, {});
         auto snapshot = m_index.snapshot();
-        auto writing = onWorker([snapshot, path = indexPath(cacheDirectory())] {
-            return replaceFile(path, encodeCacheIndex(snapshot));
-        });
+        m_owesSyncedSave = m_isServingOffers;
+        // Between the copies of a prefetch, to wait for the disk would make each wait for all of
+        // their data; the last save makes up for it.
+        auto writing =
+            onWorker([snapshot, path = indexPath(cacheDirectory()), isSynced = !m_owesSyncedSave] {
+                const QByteArray text = encodeCacheIndex(snapshot);
+                return isSynced ? replaceFile(path, text)
+                                : replaceIndexQuickly(QFile::encodeName(path), text);
+            });
         const auto written = co_await writing;
         if (written)
             publishEntries(std::move(snapshot));

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <memory>
 
@@ -126,7 +127,44 @@ Result<void, SystemError> copyDirectory(const QByteArray& source, int directory,
     return std::unexpected(systemError(error.value()));
 }
 
+CopyOutcome serve(const CopyRequest& request, qint64 largest, qint64 room) {
+    using enum CopyOutcome::Kind;
+    const auto attributes = readSourceAttributes(request.source);
+    if (!attributes)
+        return {};
+    CopyOutcome outcome{Copied, *attributes, {}};
+    if (attributes->size > largest)
+        outcome.kind = TooLarge;
+    else if (request.isPresent)
+        outcome.kind = Present;
+    else if (!request.isSafe)
+        outcome.kind = Unsafe;
+    else if (attributes->size > room)
+        outcome.kind = NeedsRoom;
+    if (outcome.kind != Copied)
+        return outcome;
+    if (const auto copied = copyIntoCache(request.source, request.target, largest); !copied) {
+        outcome.kind = Failed;
+        outcome.error = copied.error();
+    }
+    return outcome;
+}
+
 } // namespace
+
+std::vector<CopyOutcome> copyInTurn(const std::vector<CopyRequest>& requests, qint64 largest,
+                                    qint64 room, std::chrono::milliseconds budget) {
+    const auto end = std::chrono::steady_clock::now() + budget;
+    std::vector<CopyOutcome> outcomes;
+    for (const CopyRequest& request : requests) {
+        const CopyOutcome& outcome = outcomes.emplace_back(serve(request, largest, room));
+        if (outcome.kind == CopyOutcome::Kind::Copied)
+            room -= outcome.attributes.size;
+        if (outcome.kind == CopyOutcome::Kind::NeedsRoom || std::chrono::steady_clock::now() >= end)
+            break;
+    }
+    return outcomes;
+}
 
 std::optional<SourceAttributes> readSourceAttributes(const QByteArray& path) {
     struct stat status {};
@@ -192,6 +230,20 @@ void clearCacheDirectory(const QByteArray& cacheDirectory, CacheOwnership owners
             (void) removeTree(AT_FDCWD, QFile::encodeName(directory.filePath(name)));
     }
     ::unlink((cacheDirectory + '/' + cacheIndexFileName).constData());
+}
+
+Result<void, SystemError> replaceIndexQuickly(const QByteArray& path, const QByteArray& contents) {
+    QByteArray beside = path + ".XXXXXX";
+    UniqueDescriptor file(::mkostemp(beside.data(), O_CLOEXEC));
+    if (!file)
+        return lastError();
+    auto written =
+        writeFully(file.get(), {contents.constData(), static_cast<std::size_t>(contents.size())});
+    if (written && ::rename(beside.constData(), path.constData()) != 0)
+        written = lastError();
+    if (!written)
+        ::unlink(beside.constData());
+    return written;
 }
 
 void removeUnfinishedIndexes(const QByteArray& cacheDirectory) {

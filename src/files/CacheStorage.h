@@ -2,6 +2,8 @@
 
 #include "files/CacheEntry.h"
 
+#include <chrono>
+
 namespace harbrix {
 
 // The files of the cache. Everything here blocks and runs on a worker, one call at a time.
@@ -33,6 +35,26 @@ Result<void, SystemError> makeCacheDirectory(const QByteArray& path);
 [[nodiscard]] Result<void, SystemError> copyIntoCache(const QByteArray& source,
                                                       const CopyTarget& target, qint64 largest);
 
+/// A file that is to be cached.
+struct CopyRequest {
+    QByteArray source;
+    CopyTarget target;
+    bool isPresent = false; ///< it has an entry: it is only looked at
+    bool isSafe = true;     ///< the target lies where it should
+};
+struct CopyOutcome {
+    enum class Kind { Unreadable, TooLarge, Present, Unsafe, NeedsRoom, Copied, Failed };
+    Kind kind = Kind::Unreadable;
+    SourceAttributes attributes;
+    SystemError error; ///< if it failed
+};
+/// Serves the requests one after the other, as far as the copies fit into `room` bytes: ends at the
+/// first that does not, which is NeedsRoom, and soon after `budget` has passed. One outcome for
+/// each request that was served.
+[[nodiscard]] std::vector<CopyOutcome> copyInTurn(const std::vector<CopyRequest>& requests,
+                                                  qint64 largest, qint64 room,
+                                                  std::chrono::milliseconds budget);
+
 /// Removes the copy of an entry; failures are ignored. What the entry names is left alone where
 /// ownsItsCopy() does not hold.
 void removeCopy(const CacheEntry& entry);
@@ -45,6 +67,10 @@ enum class CacheOwnership { WholeDirectory, OwnFilesOnly };
 /// Empties the cache directory, as far as it is the cache's own; failures are ignored.
 void clearCacheDirectory(const QByteArray& cacheDirectory, CacheOwnership ownership);
 
+/// Replaces the index file by a rename, without waiting for the disk: a program that is killed
+/// leaves the old file or the new one, a power cut may leave neither.
+[[nodiscard]] Result<void, SystemError> replaceIndexQuickly(const QByteArray& path,
+                                                            const QByteArray& contents);
 /// Removes what a process that was killed during a save has left beside the index.
 void removeUnfinishedIndexes(const QByteArray& cacheDirectory);
 

@@ -16,11 +16,7 @@ class FileBrowserState : public QObject {
 public:
     using QObject::QObject;
 
-    void show(const NASConfig& config, const QUrl& mountPoint) {
-        m_config = config;
-        m_mountPoint = mountPoint;
-        emit changed();
-    }
+    void show(const NASConfig& config, const QUrl& mountPoint);
 
     [[nodiscard]] const std::optional<NASConfig>& config() const { return m_config; }
     [[nodiscard]] const std::optional<QUrl>& mountPoint() const { return m_mountPoint; }

@@ -1,12 +1,10 @@
 #include "files/FileIo.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 
 #include <cerrno>
 #include <cstring>
-#include <memory>
 #include <vector>
 
 namespace harbrix {
@@ -56,10 +54,6 @@ bool itemExists(const QByteArray& path) {
 
 namespace {
 
-struct CloseDirectory {
-    void operator()(DIR* stream) const { ::closedir(stream); }
-};
-
 std::vector<QByteArray> namesIn(DIR* stream) {
     std::vector<QByteArray> names;
     while (const dirent* entry = ::readdir(stream)) {
@@ -71,7 +65,7 @@ std::vector<QByteArray> namesIn(DIR* stream) {
 
 /// Removes what the directory holds, as far as it lies on the given device.
 void removeContents(UniqueDescriptor directory, dev_t device) {
-    const std::unique_ptr<DIR, CloseDirectory> stream(::fdopendir(directory.get()));
+    const DirectoryStream stream(::fdopendir(directory.get()));
     if (!stream)
         return;
     const int descriptor = directory.release();

@@ -5,6 +5,9 @@
 
 #include <QByteArray>
 
+#include <dirent.h>
+
+#include <memory>
 #include <span>
 
 struct stat;
@@ -25,6 +28,12 @@ namespace harbrix {
 
 /// Whether something stands at the path, symbolic links followed; false for an empty path.
 [[nodiscard]] bool itemExists(const QByteArray& path);
+
+struct CloseDirectory {
+    void operator()(DIR* stream) const { ::closedir(stream); }
+};
+/// An open directory; ends with its descriptor.
+using DirectoryStream = std::unique_ptr<DIR, CloseDirectory>;
 
 /// Removes a file, a link, or a directory with all that it holds. Links are not followed, and what
 /// is mounted below is neither entered nor removed. `directory` is what `name` is relative to, as

@@ -7,13 +7,11 @@
 #include <QHash>
 #include <QRandomGenerator>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <memory>
 #include <numeric>
 
 namespace harbrix {
@@ -43,10 +41,6 @@ public:
 
 private:
     QRandomGenerator m_generator = QRandomGenerator::securelySeeded();
-};
-
-struct CloseDirectory {
-    void operator()(DIR* stream) const { ::closedir(stream); }
 };
 
 bool readAttributes(int directory, const char* name, struct stat& status) {
@@ -84,6 +78,13 @@ QString FileItem::iconName() const {
     return QString::fromLatin1(symbols.value(extension, "doc"));
 }
 
+bool showTheSame(const std::vector<FileItem>& a, const std::vector<FileItem>& b) {
+    return std::ranges::equal(a, b, [](const FileItem& one, const FileItem& other) {
+        return one.size == other.size && one.isDirectory == other.isDirectory &&
+               one.modificationDate == other.modificationDate && one.name == other.name;
+    });
+}
+
 void sortForListing(std::vector<FileItem>& items, const NaturalCompare& names) {
     struct Place {
         bool isFile;
@@ -110,7 +111,7 @@ void sortForListing(std::vector<FileItem>& items, const NaturalCompare& names) {
 
 Result<std::vector<FileItem>, SystemError>
 listDirectory(const QUrl& directory, const NaturalCompare& names, const QDateTime& now) {
-    const std::unique_ptr<DIR, CloseDirectory> stream(::opendir(nativePath(directory).constData()));
+    const DirectoryStream stream(::opendir(nativePath(directory).constData()));
     if (!stream)
         return lastError();
     const int descriptor = ::dirfd(stream.get());

@@ -30,6 +30,9 @@ struct FileItem {
     bool operator==(const FileItem&) const = default;
 };
 
+/// Whether two listings show the same: all but the ids, which differ in any case.
+[[nodiscard]] bool showTheSame(const std::vector<FileItem>& a, const std::vector<FileItem>& b);
+
 /// Directories first, then by name; what compares the same keeps its order.
 void sortForListing(std::vector<FileItem>& items, const NaturalCompare& names);
 

@@ -1,21 +1,18 @@
 #pragma once
 
+#include "services/UtilityQueue.h"
+
 #include <QString>
-#include <QThreadPool>
 
 namespace harbrix {
 
-/// The log file with its one older generation. Lines are written one after the other on a thread of
-/// low priority, which lives only while there is something to write. Any thread; every failure is
+/// The log file with its one older generation. Lines are written one after the other, apart from
+/// whoever logs them; what is still queued at the end is dropped. Any thread; every failure is
 /// swallowed.
 class LogFile {
 public:
     /// `maxSize` in bytes: a write that finds the file this large moves it aside first.
     LogFile(const QString& directory, qint64 maxSize);
-    LogFile(const LogFile&) = delete;
-    LogFile& operator=(const LogFile&) = delete;
-    /// Drops what is still queued.
-    ~LogFile();
 
     [[nodiscard]] const QString& path() const { return m_path; }
     [[nodiscard]] const QString& rotatedPath() const { return m_rotatedPath; }
@@ -28,13 +25,12 @@ public:
     void waitForWrites();
 
 private:
-    void enqueue(std::function<void()> work);
     void write(const QString& line) const;
 
     QString m_path;
     QString m_rotatedPath;
     qint64 m_maxSize;
-    QThreadPool m_queue;
+    UtilityQueue m_queue;
 };
 
 } // namespace harbrix

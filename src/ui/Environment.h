@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/TransferDirection.h"
+
 #include <QUrl>
 
 #include <functional>
@@ -8,11 +10,27 @@ namespace harbrix {
 
 class AppStateManager;
 class AutoMountStrategy;
+class CacheManager;
+class FileBrowserState;
 class LanguageManager;
 class MountOperations;
 class NASConfigStore;
 class NetworkMonitor;
+class RecentFilesTracker;
+class Scheduler;
 class ShareSaver;
+
+/// What the browser window works with.
+struct FileServices {
+    FileBrowserState& browserState;
+    CacheManager& cache;
+    RecentFilesTracker& recentFiles;
+    Scheduler& scheduler;
+    /// Shows a file in its folder.
+    std::function<void(const QUrl&)> showInFileViewer;
+    /// Tells the user of a transfer that has ended well, by the name of the file.
+    std::function<void(const QString&, TransferDirection)> notifyTransferFinished;
+};
 
 /// What every window is given: the observable state that it renders, and whom it calls. Everything
 /// outlives the windows.
@@ -26,6 +44,7 @@ struct Environment {
     ShareSaver& saver;
     /// Opens a folder in the file viewer, a page in the browser.
     std::function<void(const QUrl&)> openUrl;
+    FileServices files;
 };
 
 } // namespace harbrix

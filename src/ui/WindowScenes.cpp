@@ -3,6 +3,7 @@
 #include "services/LanguageManager.h"
 #include "services/Text.h"
 #include "ui/about/AboutView.h"
+#include "ui/browser/FileBrowserWindow.h"
 #include "ui/main/MainWindowView.h"
 #include "ui/widgets/Windows.h"
 
@@ -29,6 +30,13 @@ const WindowScenes::Scene* WindowScenes::sceneOf(const QString& identifier) {
          {500, 400},
          [](const Environment& environment) -> QWidget* {
              return new MainWindowView(environment);
+         }},
+        {QStringLiteral("file-browser"),
+         "window.browser.title",
+         {900, 600},
+         FileBrowserWindow::smallestHint,
+         [](const Environment& environment) -> QWidget* {
+             return new FileBrowserWindow(environment);
          }},
         {QStringLiteral("about"),
          "window.about.title",

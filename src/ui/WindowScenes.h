@@ -11,8 +11,9 @@ class QWidget;
 
 namespace harbrix {
 
-/// The windows of the program, looked up by their identifiers: "main" and "about". Each is made
-/// when it is first opened; closing hides it, so that it keeps what its view holds. Main thread.
+/// The windows of the program, looked up by their identifiers: "main", "file-browser" and "about".
+/// Each is made when it is first opened; closing hides it, so that it keeps what its view holds.
+/// Main thread.
 class WindowScenes : public QObject {
     Q_OBJECT
 

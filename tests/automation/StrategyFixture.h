@@ -12,8 +12,6 @@
 #include "platform/UserDefaults.h"
 #include "services/MountNotifier.h"
 
-#include <gtest/gtest.h>
-
 #include <net/if.h>
 #include <sys/socket.h>
 

@@ -3,6 +3,7 @@
 #include "StrategyFixture.h"
 
 #include <QTemporaryDir>
+#include <gtest/gtest.h>
 
 namespace harbrix {
 

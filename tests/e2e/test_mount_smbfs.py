@@ -335,6 +335,42 @@ class Operations(MountTest):
         os.unlink(self.data + "/f")
         eventually(lambda: outcome(os.stat, self.path("f")) == "ENOENT", 3)
 
+    def test_a_fresh_listing_hides_nothing(self):
+        """Right after a listing its answers are at hand; what they cannot tell is still asked."""
+        for name in ("Report.txt", "small", "kept"):
+            write(f"{self.data}/{name}", name.encode())
+        os.mkdir(self.data + "/.hidden")
+        self.mount()
+
+        def after_a_listing(function, *names):
+            os.listdir(self.point)
+            return outcome(function, *map(self.path, names))
+
+        self.assertEqual(after_a_listing(read, "rePORT.txt"), b"Report.txt")
+        self.assertEqual(after_a_listing(os.unlink, "REPORT.TXT"), None)
+        # To the kernel these are two names, so it may trust its second for the other one.
+        eventually(lambda: outcome(os.stat, self.path("Report.txt")) == "ENOENT", 2)
+        self.assertTrue(after_a_listing(os.path.isdir, ".hidden"))
+        self.assertEqual(after_a_listing(os.rename, "small", "moved"), None)
+        self.assertEqual(outcome(os.stat, self.path("small")), "ENOENT")
+        self.assertEqual(read(self.path("moved")), b"small")
+        self.assertEqual(after_a_listing(os.stat, "none"), "ENOENT")
+        write(self.path("none"), b"made here")
+        self.assertEqual(os.path.getsize(self.path("none")), 9)
+
+    def test_a_file_replaced_within_the_second_is_read_whole(self):
+        """The kernel opens it without a look-up; no handle may be refused for what was there before."""
+        write(self.data + "/f", b"old")
+        self.mount()
+        self.assertEqual(read(self.path("f")), b"old")
+        for content in (b"new", b"n" * (3 << 20)):
+            write(self.data + "/f.new", content)
+            os.stat(self.path("f"))
+            os.rename(self.data + "/f.new", self.data + "/f")
+            with open(self.path("f"), "rb") as file:
+                self.assertIn(file.read(1), (b"o", b"n"))
+            eventually(lambda: read(self.path("f")) == content, 3)
+
     def test_many_entries(self):
         names = sorted(f"entry {number:05}" for number in range(3000))
         os.mkdir(self.data + "/many")

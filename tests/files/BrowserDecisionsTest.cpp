@@ -1,8 +1,10 @@
 #include "CacheFixture.h"
 #include "files/BrowserContents.h"
+#include "files/DownloadPlan.h"
 #include "files/FileBrowserState.h"
 #include "files/FileConflict.h"
 #include "files/FileItem.h"
+#include "files/Preview.h"
 
 namespace harbrix {
 namespace {
@@ -41,6 +43,63 @@ TEST_F(FileConflictTest, ADropUploadsWhatIsFreeAndKeepsTheLastClash) {
     EXPECT_EQ(read(sharePath("clash 2 (1)")), "old");
     EXPECT_FALSE(QFile::exists(sharePath("clash 2")));
     EXPECT_FALSE(moveAside(*plan.conflict, shareUrl("")));
+}
+
+TEST(DownloadPlan, FilesGoRightIntoThePlaceAndDirectoriesOneLevelDeeper) {
+    const auto item = [](const char* name, bool isDirectory) {
+        FileItem item;
+        item.id = QUuid::createUuid();
+        item.url = QUrl::fromLocalFile(QStringLiteral("/mnt/Media/") + name);
+        item.isDirectory = isDirectory;
+        return item;
+    };
+    const std::vector<FileItem> items{item("Films", true), item("a.txt", false),
+                                      item("b.txt", false)};
+    const QUrl place = QUrl::fromLocalFile(QStringLiteral("/home/anna/Downloads"));
+    EXPECT_EQ(planDownload(items, {items[1].id, items[0].id, QUuid::createUuid()}, place),
+              (std::vector<Download>{
+                  {items[0].url, QUrl::fromLocalFile(QStringLiteral("/home/anna/Downloads/Films"))},
+                  {items[1].url, place}}));
+    EXPECT_TRUE(planDownload(items, {QUuid::createUuid()}, place).empty());
+}
+
+TEST(Preview, KindsFollowTypeAndSize) {
+    const struct {
+        const char* type;
+        qint64 size;
+        PreviewKind kind;
+    } rows[] = {
+        {"image/png", 10, PreviewKind::Image},
+        {"text/x-csrc", 10, PreviewKind::Text},
+        {"application/json", 10, PreviewKind::Text},
+        {"application/pdf", maxPreviewedDocument, PreviewKind::Pdf},
+        {"application/pdf", maxPreviewedDocument + 1, PreviewKind::Card},
+        {"application/zip", 10, PreviewKind::Card},
+        {"no/such-type", 10, PreviewKind::Card},
+    };
+    for (const auto& [type, size, kind] : rows)
+        EXPECT_EQ(previewKind(QString::fromLatin1(type), size), kind) << type;
+}
+
+using PreviewTest = CacheFixture;
+
+TEST_F(PreviewTest, ReadsNoMoreThanItShows) {
+    write(sharePath("long.txt"), QByteArray(3 * maxPreviewedText, 'x'));
+    EXPECT_EQ(readForPreview(shareUrl("long.txt")).bytes.size(), maxPreviewedText);
+    write(sharePath("photo.png"), QByteArray::fromHex("89504e470d0a1a0a") + "more");
+    EXPECT_EQ(readForPreview(shareUrl("photo.png")).kind, PreviewKind::Image);
+    EXPECT_TRUE(readForPreview(shareUrl("photo.png")).bytes.isEmpty());
+    const PreviewedFile gone = readForPreview(shareUrl("gone.txt"));
+    EXPECT_EQ(gone.kind, PreviewKind::Card);
+    EXPECT_EQ(gone.size, -1);
+    EXPECT_TRUE(readForPreview(shareUrl("")).isDirectory);
+}
+
+TEST(Preview, TextsMayBeCutOrOfAnotherEncoding) {
+    EXPECT_EQ(previewText("gr\xc3\xbc\xc3\x9f"), QString::fromUtf8("grüß"));
+    EXPECT_EQ(previewText("gr\xc3\xbc\xc3"), QString::fromUtf8("grü"));
+    EXPECT_EQ(previewText("gr\xfc\xdf und mehr"), QString::fromUtf8("grüß und mehr"));
+    EXPECT_EQ(previewText({}), QString());
 }
 
 TEST(BrowserContents, ATableStaysWhileItIsRefreshed) {

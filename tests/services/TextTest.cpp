@@ -18,8 +18,10 @@ namespace {
 // The groups of keys whose windows are not built yet. A group leaves this list with its window; one
 // whose every key is used must leave it.
 const QStringList unfurnishedGroups{
-    QStringLiteral("browser"),  QStringLiteral("main"),     QStringLiteral("menubar"),
-    QStringLiteral("settings"), QStringLiteral("transfer"), QStringLiteral("window"),
+    QStringLiteral("main"),
+    QStringLiteral("menubar"),
+    QStringLiteral("settings"),
+    QStringLiteral("window"),
 };
 
 QString groupOf(const QString& key) {

@@ -2,6 +2,9 @@
 
 #include "automation/ShareSaver.h"
 #include "automation/StrategyFixture.h"
+#include "files/CacheManager.h"
+#include "files/FileBrowserState.h"
+#include "files/RecentFilesTracker.h"
 #include "services/LanguageManager.h"
 #include "ui/Environment.h"
 #include "ui/widgets/SymbolIcon.h"
@@ -20,14 +23,23 @@ public:
     LanguageManager language{automation.defaults};
     ShareSaver saver{automation.store, automation.keychain, automation.strategy};
     std::vector<QUrl> opened;
-    Environment environment{automation.appState,
-                            automation.store,
-                            language,
-                            automation.network,
-                            automation.strategy,
-                            automation.engine,
-                            saver,
-                            [this](const QUrl& url) { opened.push_back(url); }};
+    CacheManager cache{automation.defaults, automation.scheduler, directory.filePath("caches")};
+    RecentFilesTracker recentFiles{automation.defaults, automation.scheduler};
+    FileBrowserState browserState;
+    std::vector<QUrl> shownInFileViewer;
+    QStringList finishedTransfers;
+    Environment environment{
+        automation.appState,
+        automation.store,
+        language,
+        automation.network,
+        automation.strategy,
+        automation.engine,
+        saver,
+        [this](const QUrl& url) { opened.push_back(url); },
+        {browserState, cache, recentFiles, automation.scheduler,
+         [this](const QUrl& file) { shownInFileViewer.push_back(file); },
+         [this](const QString& fileName, TransferDirection) { finishedTransfers << fileName; }}};
 };
 
 } // namespace harbrix

@@ -20,7 +20,8 @@ BUS_CONFIG = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Config
 
 
 class PrivateBus:
-    def __init__(self, folder):
+    def __init__(self, folder, user=None):
+        self.user = user
         self.socket = os.path.join(folder, "bus")
         self.address = "unix:path=" + self.socket
         self.config = os.path.join(folder, "bus.conf")
@@ -32,7 +33,7 @@ class PrivateBus:
         self.process = subprocess.Popen(
             ["dbus-daemon", "--config-file", self.config, "--nofork", "--print-address"],
             stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
-            start_new_session=True)
+            start_new_session=True, **as_user(self.user))
         # The address is printed once the socket takes connections.
         if not self.process.stdout.readline():
             raise RuntimeError("dbus-daemon did not start")
@@ -46,15 +47,19 @@ class PrivateBus:
 
 
 class Harbrix:
-    """The program with a home, settings and a bus of its own in a temporary folder."""
+    """The program with a home, settings and a bus of its own in a temporary folder. `user`: the number of the
+    ordinary user that root runs it as."""
 
-    def __init__(self, build):
+    def __init__(self, build, user=None):
         programs = os.path.join(os.path.abspath(build), "src", "app")
         self.program = os.path.join(programs, "harbrix")
         self.control = os.path.join(programs, "harbrixctl")
         self.folder = tempfile.mkdtemp(prefix="harbrix-run-")
-        self.bus = PrivateBus(self.folder)
+        self.user = user
+        self.bus = PrivateBus(self.folder, user)
         self.environment = self._environment()
+        if user is not None:
+            self._hand_over()
         self.processes = []
         self.log_path = os.path.join(self.folder, "harbrix.log")
 
@@ -70,6 +75,13 @@ class Harbrix:
         for bus in ("SESSION", "SYSTEM"):
             environment[f"DBUS_{bus}_BUS_ADDRESS"] = self.bus.address
         return environment
+
+    def _hand_over(self):
+        """The folder becomes the user's, with copies of the programs: the build folder may be out of reach."""
+        for name in ("program", "control"):
+            setattr(self, name, shutil.copy(getattr(self, name), self.folder))
+        for path in [self.folder] + [os.path.join(self.folder, entry) for entry in os.listdir(self.folder)]:
+            os.chown(path, self.user, self.user)
 
     # The program
 
@@ -93,7 +105,7 @@ class Harbrix:
         with open(self.log_path, "ab") as log:
             self.processes.append(subprocess.Popen(
                 [self.program], env={**self.environment, **environment}, stdin=subprocess.DEVNULL,
-                stdout=log, stderr=log, cwd=self.folder, start_new_session=True))
+                stdout=log, stderr=log, cwd=self.folder, start_new_session=True, **as_user(self.user)))
         return self.process
 
     def kill(self):
@@ -123,7 +135,7 @@ class Harbrix:
         return subprocess.run([self.control, *arguments], env=self.environment, timeout=timeout,
                               input=None if password is None else password + "\n",
                               stdin=subprocess.DEVNULL if password is None else None,
-                              capture_output=True, text=True, start_new_session=True)
+                              capture_output=True, text=True, start_new_session=True, **as_user(self.user))
 
     def status(self, share=None):
         answer = self.ctl("status", *([share] if share else []), "--json")
@@ -144,6 +156,11 @@ class Harbrix:
         os.makedirs(os.path.dirname(self.defaults_path), exist_ok=True)
         with open(self.defaults_path, "w") as file:
             file.write(text)
+
+
+def as_user(number):
+    """What makes subprocess run a program as that user, in a group of the same number and no other."""
+    return {} if number is None else {"user": number, "group": number, "extra_groups": []}
 
 
 def mounts_below(folder):

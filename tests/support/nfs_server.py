@@ -13,7 +13,7 @@ GANESHA = shutil.which("ganesha.nfsd", path=os.environ.get("PATH", "") + ":/usr/
 CONFIGURATION = """
 NFS_CORE_PARAM {{
     Protocols = 4; Enable_UDP = false; Enable_NLM = false; Enable_RQUOTA = false;
-    NFS_Port = {port}; Bind_addr = 127.0.0.1;
+    NFS_Port = {port}; Bind_addr = {address};
 }}
 NFSv4 {{
     Graceless = {graceless}; Lease_Lifetime = {lease}; Grace_Period = {grace};
@@ -21,7 +21,7 @@ NFSv4 {{
 }}
 NFS_KRB5 {{ Active_krb5 = false; }}
 EXPORT {{
-    Export_Id = 1; Path = {data}; Pseudo = /export/data; Access_Type = RW;
+    Export_Id = 1; Path = {data}; Pseudo = {pseudo}; Access_Type = RW;
     Squash = No_Root_Squash; SecType = sys; PrivilegedPort = {privileged};
     Attr_Expiration_Time = {attributes}; FSAL {{ Name = VFS; }}
 }}
@@ -54,7 +54,8 @@ def free_port():
 class NfsServer:
     """Use as a context manager. `data` is the exported folder on this machine."""
 
-    def __init__(self, minors="0, 1, 2", graceless=True, lease=60, grace=20, privileged=False, attributes=60, parent=None):
+    def __init__(self, minors="0, 1, 2", graceless=True, lease=60, grace=20, privileged=False, attributes=60, parent=None,
+                 address="127.0.0.1", port=None, pseudo="/export/data"):
         # attributes: for how many seconds ganesha trusts what it knows, unaware of changes behind its back.
         # In memory: an fsync on a busy disk takes seconds, and a killed server stays until it is through.
         if parent is None and os.path.isdir("/dev/shm"):
@@ -64,18 +65,20 @@ class NfsServer:
         self.data = os.path.join(self.base, "data")
         os.mkdir(self.data)
         os.mkdir(os.path.join(self.base, "recovery"))
-        self.port = free_port()
+        self.address, self.pseudo = address, pseudo
+        self.port = port or free_port()
         self.process_id = None
         self._configuration = os.path.join(self.base, "ganesha.conf")
         with open(self._configuration, "w") as file:
             file.write(CONFIGURATION.format(
                 port=self.port, base=self.base, data=self.data, minors=minors, lease=lease, grace=grace,
-                attributes=attributes,
+                attributes=attributes, address=address, pseudo=pseudo,
                 graceless=str(graceless).lower(), privileged=str(privileged).lower()))
 
     @property
     def source(self):
-        return "127.0.0.1:/export/data"
+        host = "[%s]" % self.address if ":" in self.address else self.address
+        return "%s:%s" % (host, self.pseudo)
 
     def start(self):
         pid_file = os.path.join(self.base, "ganesha.pid")
@@ -91,7 +94,7 @@ class NfsServer:
             deadline = time.monotonic() + 10
             while time.monotonic() < deadline and self._process.poll() is None:
                 try:
-                    socket.create_connection(("127.0.0.1", self.port), 0.2).close()
+                    socket.create_connection((self.address, self.port), 0.2).close()
                     return self
                 except OSError:
                     time.sleep(0.02)
@@ -121,6 +124,14 @@ class NfsServer:
     def freeze(self):
         """A black hole: connections stand, nothing is answered."""
         os.kill(self.process_id, signal.SIGSTOP)
+        while any(state != "T" for state in self._thread_states()):  # until then it may still answer
+            time.sleep(0.001)
+
+    def _thread_states(self):
+        tasks = "/proc/%d/task" % self.process_id
+        for thread in os.listdir(tasks):
+            with open(os.path.join(tasks, thread, "stat")) as file:
+                yield file.read().rpartition(")")[2].split()[0]
 
     def thaw(self):
         os.kill(self.process_id, signal.SIGCONT)

@@ -3,6 +3,8 @@
 #include "ui/menu/MenuContent.h"
 #include "ui/menu/StatusMenu.h"
 
+#include <QPointer>
+
 namespace harbrix {
 namespace {
 
@@ -14,7 +16,8 @@ protected:
 
     [[nodiscard]] std::vector<MenuEntry> content() const {
         return menuContent(world.automation.store.configs(),
-                           world.automation.appState.nasStatuses());
+                           world.automation.appState.nasStatuses(),
+                           world.recentFiles.recentFiles());
     }
     [[nodiscard]] static QStringList titles(const std::vector<MenuEntry>& entries) {
         QStringList titles;
@@ -70,12 +73,44 @@ TEST_F(MenuTest, CommandsKeepTheirActionsWhileRowsComeAndGo) {
 
     std::vector<MenuCommand> chosen;
     QObject::connect(&menu, &StatusMenu::commandChosen, &menu,
-                     [&chosen](MenuCommand command) { chosen.push_back(command); });
+                     [&chosen](const MenuEntry& entry) { chosen.push_back(entry.command); });
     for (QAction* action : menu.actions())
         action->trigger();
     EXPECT_EQ(chosen, (std::vector<MenuCommand>{MenuCommand::mountAll, MenuCommand::unmountAll,
                                                 MenuCommand::openMainWindow, MenuCommand::openAbout,
                                                 MenuCommand::quit}));
+}
+
+TEST_F(MenuTest, MountedSharesCanBeBrowsedAndRecentFilesOpened) {
+    const NASConfig media = world.automation.add("Media");
+    world.automation.add("Other");
+    world.automation.appState.updateStatus(media.id, Kind::mounted,
+                                           QUrl::fromLocalFile("/mnt/Media"));
+    for (int number = 1; number <= 7; ++number)
+        world.recentFiles.record(QUrl::fromLocalFile(QString("/home/anna/%1.txt").arg(number)));
+    const auto entries = content();
+    EXPECT_EQ(
+        titles(entries).mid(0, 11),
+        QStringList({"🟢 Media  —  已挂载", "  浏览文件...", "⚪ Other  —  空闲", "-",
+                     "最近文件", "  7.txt", "  6.txt", "  5.txt", "  4.txt", "  3.txt", "-"}));
+    EXPECT_EQ(std::get<QUuid>(entries[1].target), media.id);
+    EXPECT_EQ(entries[4].kind, MenuEntry::Kind::row);
+    EXPECT_EQ(std::get<QUrl>(entries[5].target), QUrl::fromLocalFile("/home/anna/7.txt"));
+    EXPECT_EQ(entries[5].toolTip, "/home/anna/7.txt");
+}
+
+TEST_F(MenuTest, AnEntryNeverComesToMeanAnotherFile) {
+    StatusMenu menu;
+    world.recentFiles.record(QUrl::fromLocalFile("/home/anna/first"));
+    menu.setContent(content());
+    const QPointer<QAction> first = menu.actions().at(3);
+    ASSERT_EQ(first->text(), "  first");
+    world.recentFiles.record(QUrl::fromLocalFile("/home/anna/second"));
+    menu.setContent(content());
+    EXPECT_EQ(menu.actions().at(3)->text(), "  second");
+    EXPECT_EQ(menu.actions().at(4)->text(), "  first");
+    // A host that still shows the old menu may click on it.
+    EXPECT_TRUE(first.isNull());
 }
 
 TEST(HostTitle, KeepsNamesAsTheyAreInTheProtocolOfTheTray) {

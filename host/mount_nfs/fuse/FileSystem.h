@@ -20,8 +20,9 @@
 namespace harbrix::nfs {
 
 enum class WriteMode { Behind, Through };
-/// Whether large files are read past the kernel's page cache, which is faster than through it.
-enum class LargeReads { Cached, Direct };
+/// Whether large files are read, and files open for writing only are written, past the kernel's
+/// page cache, which is faster than through it.
+enum class LargeFiles { Cached, Direct };
 
 /// An NFS export as libfuse's low-level operations. Each handler begins something and returns; the
 /// reply is sent when the server has answered.
@@ -41,7 +42,7 @@ public:
     [[nodiscard]] static fuse_lowlevel_ops operations();
 
     /// Direct only where the kernel can map such files all the same.
-    void setLargeReads(LargeReads reads) { m_largeReads = reads; }
+    void setLargeFiles(LargeFiles large) { m_largeFiles = large; }
 
     /// Calls `done` once all that was written has reached the server and all files are closed
     /// there.
@@ -158,7 +159,7 @@ private:
     Requests m_requests;
     InodeTable m_inodes;
     std::shared_ptr<Inode> m_root;
-    LargeReads m_largeReads = LargeReads::Cached;
+    LargeFiles m_largeFiles = LargeFiles::Cached;
     Attributes m_statistics;
     TimePoint m_statisticsAt{};
     bool m_rootRefreshing = false;

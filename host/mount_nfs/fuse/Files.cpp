@@ -136,8 +136,12 @@ void FileSystem::opened(const Pending& pending, const std::shared_ptr<Inode>& in
     info.keep_cache = inode->cachedChange != 0 && inode->cachedChange == change;
     if (unwritten)
         inode->cachedChange = change;
-    info.direct_io = m_largeReads == LargeReads::Direct && file.node.attributes.size >= largeFile &&
-                     (info.flags & O_ACCMODE) == O_RDONLY;
+    // Through a handle for writing only nothing is read or mapped: pages would be a copy for
+    // nobody.
+    const int access = info.flags & O_ACCMODE;
+    const bool large = file.node.attributes.size >= largeFile;
+    info.direct_io =
+        m_largeFiles == LargeFiles::Direct && (access == O_WRONLY || (large && access == O_RDONLY));
     info.fh = m_nextHandle++;
     ++inode->opens;
     m_files[info.fh] = open;

@@ -1,6 +1,6 @@
 #include "mount_nfs/program/KernelClient.h"
 
-#include "common/FileDescriptor.h"
+#include "base/UniqueDescriptor.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -22,8 +22,6 @@ namespace harbrix::nfs {
 
 namespace {
 
-constexpr const char* mountTool = "/sbin/mount.nfs4";
-constexpr const char* loadTool = "/sbin/modprobe";
 constexpr std::chrono::seconds limit{25};
 
 struct Run {
@@ -37,8 +35,8 @@ Run run(std::vector<std::string> command) {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)
         return result;
-    FileDescriptor readEnd(ends[0]);
-    FileDescriptor writeEnd(ends[1]);
+    UniqueDescriptor readEnd(ends[0]);
+    UniqueDescriptor writeEnd(ends[1]);
     std::vector<char*> arguments;
     for (std::string& part : command)
         arguments.push_back(part.data());
@@ -85,14 +83,6 @@ Run run(std::vector<std::string> command) {
     return result;
 }
 
-bool kernelKnowsNfs() {
-    std::ifstream list("/proc/filesystems");
-    for (std::string line; std::getline(list, line);)
-        if (line.ends_with("\tnfs4"))
-            return true;
-    return false;
-}
-
 std::string without(const std::string& list, const std::string& item) {
     std::string padded = "," + list + ",";
     if (const std::size_t at = padded.find("," + item + ","); at != std::string::npos)
@@ -102,16 +92,24 @@ std::string without(const std::string& list, const std::string& item) {
 
 } // namespace
 
-bool kernelClientIsAvailable() {
-    if (geteuid() != 0 || access(mountTool, X_OK) != 0)
+bool KernelClient::kernelKnowsNfs() const {
+    std::ifstream list(fileSystems);
+    for (std::string line; std::getline(list, line);)
+        if (line.ends_with("\tnfs4"))
+            return true;
+    return false;
+}
+
+bool KernelClient::isAvailable(uid_t user) const {
+    if (user != 0 || access(mountTool.c_str(), X_OK) != 0)
         return false;
     if (kernelKnowsNfs())
         return true;
-    return access(loadTool, X_OK) == 0 && run({loadTool, "-q", "nfsv4"}).code == 0 &&
+    return access(loadTool.c_str(), X_OK) == 0 && run({loadTool, "-q", "nfsv4"}).code == 0 &&
            kernelKnowsNfs();
 }
 
-std::optional<std::string> mountWithKernel(const Options& options) {
+std::optional<std::string> KernelClient::mount(const Options& options) const {
     const auto attempt = [&](const std::string& list) {
         std::vector<std::string> command{mountTool, options.remote.source, options.mountPoint};
         if (!list.empty())

@@ -14,7 +14,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <charconv>
 #include <cstdlib>
+#include <cstring>
+#include <optional>
 
 using namespace harbrix;
 using namespace harbrix::nfs;
@@ -35,11 +39,13 @@ constexpr ProgramText program{
                  "  -o memory=N         MiB of data on its way at most, 64 by default\n"
                  "  -o sync             each write waits until the server has it on its disk\n"
                  "  -o own              show all files as owned by the mounting user\n"
+                 "  -o allow_other      let other users in, too\n"
                  "  -o client=own       not the kernel's NFS client, even as root\n"
                  "      --help          show this text\n"
                  "      --version       show the version\n"
                  "\n"
                  "tcp, noexec, noatime and the like are accepted as mount(8) knows them.\n"
+                 "diskutil unmount FOLDER, or fusermount3 -u FOLDER, ends the mount.\n"
                  "Exit status: 0 mounted, 1 failed, 64 wrong usage.\n"};
 
 constexpr Duration spin = 200us;
@@ -53,6 +59,30 @@ std::uint32_t blockSize(std::uint32_t wanted, std::uint64_t offered, std::uint32
     if (offered > 0)
         size = std::min(size, offered);
     return std::max<std::uint32_t>(static_cast<std::uint32_t>(size) & ~4095u, 4096);
+}
+
+/// Who called this tool through sudo(8). Nothing for anybody else.
+std::optional<uid_t> sudoCaller() {
+    const char* text = getuid() == 0 ? std::getenv("SUDO_UID") : nullptr;
+    if (!text)
+        return std::nullopt;
+    uid_t caller = 0;
+    const char* end = text + std::strlen(text);
+    const bool isNumber = std::from_chars(text, end, caller).ptr == end && *text != '\0';
+    return isNumber ? std::optional(caller) : std::nullopt;
+}
+
+/// A mount that root makes for the caller of sudo is entered under that user's number, so that the
+/// user may end it with fusermount3(1): libfuse takes the number from the real user id.
+std::expected<std::unique_ptr<FuseSession>, std::string> mountForCaller(const FuseMount& mount,
+                                                                        FileSystem& files) {
+    const auto caller = sudoCaller();
+    if (caller && setresuid(*caller, 0, 0) != 0)
+        return std::unexpected(std::string("setresuid: ") + std::strerror(errno));
+    auto fuse = FuseSession::mount(mount, FileSystem::operations(), &files);
+    if (caller && setresuid(0, 0, 0) != 0)
+        return std::unexpected(std::string("setresuid: ") + std::strerror(errno));
+    return fuse;
 }
 
 /// Gives everything back to the server, within a limit.
@@ -113,11 +143,11 @@ int mountThroughFuse(const Options& options) {
     // Root mounts for the user who called it through sudo, too.
     if (callers.servesOthers() || options.allowOther)
         mount.options.emplace_back("allow_other");
-    auto fuse = FuseSession::mount(mount, FileSystem::operations(), &files);
+    auto fuse = mountForCaller(mount, files);
     if (!fuse)
         daemon.fail(fuse.error(), ExitCode::failure);
     if (answerInit((*fuse)->handle(), KernelAbility::mapDirectFiles) != 0)
-        files.setLargeReads(LargeReads::Direct);
+        files.setLargeFiles(LargeFiles::Direct);
     if (!daemon.ready()) // nobody waits for this mount any more
         (*fuse)->unmount();
     serve(loop, **fuse);
@@ -133,8 +163,11 @@ int main(int argc, char** argv) {
     const auto options = parseOptions({argv + 1, argv + argc});
     if (!options)
         return usageError(program, options.error());
-    if (!options->ownClient && kernelClientIsAvailable()) {
-        const auto error = mountWithKernel(*options);
+    if (const KernelClient kernel; !options->ownClient && kernel.isAvailable(geteuid())) {
+        // A dead mount of ours may stand in the way.
+        if (const auto ready = prepareMountPoint(options->mountPoint); !ready)
+            return failureError(program, ready.error());
+        const auto error = kernel.mount(*options);
         return error ? failureError(program, *error) : ExitCode::success;
     }
     return mountThroughFuse(*options);

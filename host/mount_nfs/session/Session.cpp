@@ -16,6 +16,7 @@ using namespace std::chrono_literals;
 
 constexpr std::uint32_t minorZeroInFlight = 64;
 constexpr unsigned maximumStateRetries = 3;
+constexpr unsigned maximumReplays = 3;
 
 std::string hostName() {
     std::array<char, 256> name{};
@@ -250,6 +251,13 @@ void Session::judge(CallId id, Reply& reply) {
             return retryLater(id, m_config.limits.live, reply.status);
         if (reply.status == Status::Grace)
             return retryLater(id, m_config.limits.grace, reply.status);
+        // Servers tell a lost reply in the operation behind SEQUENCE, too. The request was carried
+        // out; one whose reply was not to be kept may be carried out again.
+        if (reply.status == Status::RetryUncachedRep && !pending.call.cacheReply &&
+            pending.replays < maximumReplays) {
+            ++m_calls.at(id).replays;
+            return enqueue(id, m_calls.at(id));
+        }
         const auto& state = pending.call.state;
         if (state && !state->anonymous && meansLostState(reply.status) &&
             pending.call.kind != CallKind::Recovery && pending.stateRetries < maximumStateRetries)

@@ -121,6 +121,7 @@ private:
         TimePoint submitted;
         unsigned delays = 0;
         unsigned stateRetries = 0;
+        unsigned replays = 0;
         std::uint32_t xid = 0;
         std::uint32_t slot = 0;
         std::shared_ptr<const Message> message;

@@ -106,8 +106,10 @@ void Session::heard() {
 }
 
 void Session::armTick() {
-    if (!m_tick)
-        m_tick = m_loop.after(tickInterval, [this] { tick(); });
+    if (m_tick)
+        return;
+    (void) m_transport.hasMovedData(); // what moved before counts no more
+    m_tick = m_loop.after(tickInterval, [this] { tick(); });
 }
 
 void Session::tick() {
@@ -117,6 +119,8 @@ void Session::tick() {
         return;
     }
     const TimePoint now = Clock::now();
+    if (m_transport.hasMovedData() && m_waitingSince)
+        m_waitingSince = now;
     const Duration silence = m_waitingSince ? now - *m_waitingSince : Duration::zero();
     if (silence >= m_config.limits.metadata)
         m_stalled = true;

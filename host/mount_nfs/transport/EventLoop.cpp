@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <thread>
 
 namespace harbrix::nfs {
 
@@ -82,8 +83,10 @@ void EventLoop::runUntil(const std::function<bool()>& done) {
             break;
         const int count = epoll_wait(m_epoll.get(), events.data(), static_cast<int>(events.size()),
                                      timeoutMilliseconds(lastEvent));
-        if (count <= 0)
+        if (count <= 0) {
+            std::this_thread::yield(); // a spinning loop leaves the processor to whoever has work
             continue;
+        }
         lastEvent = Clock::now();
         // A handler may close descriptors that have events waiting in this batch, and the number
         // may even be in use again: only watches older than the batch are served.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/FileDescriptor.h"
+#include "base/UniqueDescriptor.h"
 
 #include <chrono>
 #include <cstdint>
@@ -61,7 +61,7 @@ private:
         Handler handler;
     };
 
-    FileDescriptor m_epoll;
+    UniqueDescriptor m_epoll;
     std::map<int, Watch> m_watches;
     std::uint64_t m_nextGeneration = 1;
     std::map<TimerId, std::function<void()>> m_timers;

@@ -1,13 +1,16 @@
 #include "mount_nfs/transport/RpcTransport.h"
 
+#include <linux/sockios.h>
 #include <netinet/tcp.h>
 #include <sys/epoll.h>
+#include <sys/ioctl.h>
 #include <sys/uio.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 namespace harbrix::nfs {
 
@@ -19,6 +22,11 @@ constexpr auto connectLimit = 5s;
 constexpr std::array<Duration, 6> pauses{50ms, 200ms, 500ms, 1s, 2s, 3s};
 constexpr std::size_t largestRecord = (1 << 20) + 64 * 1024;
 constexpr std::size_t receiveBurst = 8 << 20;
+constexpr std::size_t smallMessage = 8 * 1024;
+/// What the kernel may hold that is not on its way yet: no small message can overtake that.
+constexpr int unsentLimit = 256 * 1024;
+constexpr std::uint64_t goodPart = 1024;
+constexpr std::uint64_t backlog = 16 * 1024;
 
 std::string errnoText(int error) {
     return std::strerror(error);
@@ -66,6 +74,7 @@ void RpcTransport::close() {
     ++m_connection;
     m_outgoing.clear();
     m_reader.reset();
+    m_traffic = m_trafficBefore = {};
 }
 
 void RpcTransport::restart(const std::string& reason) {
@@ -111,12 +120,13 @@ void RpcTransport::connect() {
         return;
     const Address& address = m_addresses[m_nextAddress++ % m_addresses.size()];
     const int family = address.storage.ss_family;
-    FileDescriptor fd(::socket(family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+    UniqueDescriptor fd(::socket(family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
     if (!fd)
         return lost(errnoText(errno));
     const int on = 1;
     setsockopt(fd.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
     setsockopt(fd.get(), SOL_SOCKET, SO_KEEPALIVE, &on, sizeof on);
+    setsockopt(fd.get(), IPPROTO_TCP, TCP_NOTSENT_LOWAT, &unsentLimit, sizeof unsentLimit);
     if (m_sourcePort == SourcePort::Reserved && !bindReserved(fd.get(), family))
         m_reservedPortRefused = true;
     const int result =
@@ -179,6 +189,7 @@ void RpcTransport::receive() {
             return;
         if (count <= 0)
             return lost(count == 0 ? "the server closed the connection" : errnoText(errno));
+        m_traffic.received += static_cast<std::uint64_t>(count);
         const bool sound = m_reader.filled(static_cast<std::size_t>(count), deliver);
         if (connection != m_connection)
             return;
@@ -194,7 +205,13 @@ void RpcTransport::send(std::shared_ptr<const Message> message) {
     if (!m_up)
         return;
     const std::size_t total = message->size();
-    m_outgoing.push_back({std::move(message), 0, total});
+    // Nobody who lists a folder is to wait for the megabytes of a copy.
+    auto place = m_outgoing.end();
+    if (total <= smallMessage)
+        place = std::find_if(m_outgoing.begin(), m_outgoing.end(), [](const Outgoing& each) {
+            return each.sent == 0 && each.total > smallMessage;
+        });
+    m_outgoing.insert(place, {std::move(message), 0, total});
 }
 
 void RpcTransport::flush() {
@@ -219,6 +236,7 @@ void RpcTransport::flush() {
         if (sent < 0)
             return lost(errnoText(errno));
         auto left = static_cast<std::size_t>(sent);
+        m_traffic.sent += left;
         while (left > 0) {
             Outgoing& front = m_outgoing.front();
             const std::size_t part = std::min(left, front.total - front.sent);
@@ -228,6 +246,20 @@ void RpcTransport::flush() {
                 m_outgoing.pop_front();
         }
     }
+}
+
+bool RpcTransport::hasMovedData() {
+    if (!m_up)
+        return false;
+    int waiting = 0;
+    if (ioctl(m_socket.get(), SIOCOUTQ, &waiting) == 0)
+        m_traffic.waiting = static_cast<std::uint64_t>(waiting);
+    m_traffic.taken = m_traffic.sent - m_traffic.waiting;
+    const Traffic before = std::exchange(m_trafficBefore, m_traffic);
+    // The kernel of a server that hangs still acknowledges small requests: they prove nothing.
+    const bool gave = m_traffic.received - before.received >= goodPart;
+    const bool took = before.waiting >= backlog && m_traffic.taken - before.taken >= goodPart;
+    return gave || took;
 }
 
 } // namespace harbrix::nfs

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/FileDescriptor.h"
+#include "base/UniqueDescriptor.h"
 #include "mount_nfs/protocol/Rpc.h"
 #include "mount_nfs/transport/EventLoop.h"
 #include "mount_nfs/transport/RecordReader.h"
@@ -57,6 +57,10 @@ public:
     /// caller.
     void send(std::shared_ptr<const Message> message);
 
+    /// Whether a good part of a large message has moved, either way, since this was asked last.
+    /// Over a slow link that takes longer than a server may be silent.
+    [[nodiscard]] bool hasMovedData();
+
 private:
     void connect();
     void connected();
@@ -74,7 +78,7 @@ private:
     SourcePort m_sourcePort;
     bool m_reservedPortRefused = false;
 
-    FileDescriptor m_socket;
+    UniqueDescriptor m_socket;
     bool m_up = false;
     bool m_wantsWrite = false;
     std::uint64_t m_connection = 0; ///< Counts connections, so that a loop over one sees its end.
@@ -88,6 +92,16 @@ private:
         std::size_t total = 0;
     };
     std::deque<Outgoing> m_outgoing;
+
+    /// Bytes over this connection.
+    struct Traffic {
+        std::uint64_t received = 0;
+        std::uint64_t sent = 0;    ///< Given to the socket.
+        std::uint64_t taken = 0;   ///< Acknowledged by the other side.
+        std::uint64_t waiting = 0; ///< Given to the socket and not acknowledged.
+    };
+    Traffic m_traffic;
+    Traffic m_trafficBefore; ///< As `hasMovedData` saw it last.
 };
 
 } // namespace harbrix::nfs

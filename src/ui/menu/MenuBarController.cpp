@@ -3,6 +3,8 @@
 #include "automation/AutoMountStrategy.h"
 #include "config/NASConfigStore.h"
 #include "core/AppStateManager.h"
+#include "files/FileBrowserState.h"
+#include "files/RecentFilesTracker.h"
 #include "services/LanguageManager.h"
 #include "services/Text.h"
 #include "ui/WindowScenes.h"
@@ -55,6 +57,8 @@ MenuBarController::MenuBarController(const Environment& environment, WindowScene
     connect(&environment.appState, &AppStateManager::changed, this,
             &MenuBarController::scheduleRebuild);
     connect(&environment.configStore, &NASConfigStore::changed, this,
+            &MenuBarController::scheduleRebuild);
+    connect(&environment.files.recentFiles, &RecentFilesTracker::changed, this,
             &MenuBarController::scheduleRebuild);
     connect(&environment.languageManager, &LanguageManager::localeChanged, this, [this] {
         if (m_statusItem)
@@ -131,8 +135,16 @@ void MenuBarController::handleSystemWake() {
     });
 }
 
-void MenuBarController::choose(MenuCommand command) {
-    switch (command) {
+void MenuBarController::choose(const MenuEntry& entry) {
+    switch (entry.command) {
+    case MenuCommand::openFileBrowser:
+        if (const auto* id = std::get_if<QUuid>(&entry.target))
+            openFileBrowser(*id);
+        return;
+    case MenuCommand::openRecentFile:
+        if (const auto* url = std::get_if<QUrl>(&entry.target))
+            m_environment.openUrl(*url);
+        return;
     case MenuCommand::mountAll:
         return mountAll();
     case MenuCommand::unmountAll:
@@ -159,6 +171,15 @@ void MenuBarController::unmountAll() {
 
 void MenuBarController::openMainWindow() {
     m_scenes.open(QStringLiteral("main"));
+}
+
+void MenuBarController::openFileBrowser(const QUuid& configID) {
+    const auto config = m_environment.configStore.config(configID);
+    const auto status = m_environment.appState.status(configID);
+    if (!config || !status || !status->mountPoint)
+        return;
+    m_environment.files.browserState.show(*config, *status->mountPoint);
+    m_scenes.open(QStringLiteral("file-browser"));
 }
 
 // A window of the menu's own, beside the one that is declared and the one of the main window.
@@ -192,8 +213,9 @@ void MenuBarController::scheduleRebuild() {
 void MenuBarController::rebuild() {
     if (!m_menu)
         return;
-    m_menu->setContent(
-        menuContent(m_environment.configStore.configs(), m_environment.appState.nasStatuses()));
+    m_menu->setContent(menuContent(m_environment.configStore.configs(),
+                                   m_environment.appState.nasStatuses(),
+                                   m_environment.files.recentFiles.recentFiles()));
 }
 
 } // namespace harbrix

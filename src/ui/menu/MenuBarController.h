@@ -43,13 +43,15 @@ public:
     void unmountAll();
     void openMainWindow();
     void openAbout();
+    /// Shows the share in the browser window, if it is mounted.
+    void openFileBrowser(const QUuid& configID);
 
 signals:
     void quitRequested();
 
 private:
     [[nodiscard]] std::unique_ptr<StatusMenu> makeMenu();
-    void choose(MenuCommand command);
+    void choose(const MenuEntry& entry);
     void popUpMenu();
     void setTint(MenuBarIconState state);
     void menuWillOpen();

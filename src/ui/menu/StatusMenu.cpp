@@ -33,58 +33,66 @@ QString bounded(const QString& title) {
     return title.first(head) + QChar(0x2026) + title.last(tail);
 }
 
-bool isRow(const MenuEntry& entry) {
-    return entry.kind == MenuEntry::Kind::row;
+/// Whether an action for the one can stand for the other: it may be told anew, but not be about
+/// something else.
+bool isSameEntry(const MenuEntry& a, const MenuEntry& b) {
+    return a.kind == b.kind && a.command == b.command && a.target == b.target;
 }
 
 } // namespace
 
 StatusMenu::StatusMenu(QWidget* parent) : QMenu(parent) {
     setObjectName(QStringLiteral("statusMenu"));
+    setToolTipsVisible(true);
 }
 
 void StatusMenu::setContent(const std::vector<MenuEntry>& content) {
+    const auto tail = std::ranges::find(content, false, &MenuEntry::comesAndGoes);
     if (m_commands.empty())
-        appendTail({std::ranges::find_if_not(content, isRow), content.end()});
-    for (const MenuEntry& entry : content)
+        appendTail({tail, content.end()});
+    for (const MenuEntry& entry : std::span(tail, content.end()))
         if (entry.kind == MenuEntry::Kind::command)
             m_commands.at(entry.command)->setText(hostTitle(entry.title));
-    setRows(content);
+    setHead({content.begin(), tail});
 }
 
 void StatusMenu::appendTail(std::span<const MenuEntry> tail) {
     for (const MenuEntry& entry : tail) {
-        QAction* action =
-            entry.kind == MenuEntry::Kind::separator ? addSeparator() : appendCommand(entry);
+        QAction* action = makeAction(entry);
+        addAction(action);
+        if (entry.kind == MenuEntry::Kind::command)
+            m_commands[entry.command] = action;
         if (!m_end)
             m_end = action;
     }
 }
 
-QAction* StatusMenu::appendCommand(const MenuEntry& entry) {
-    QAction* action = addAction(QString());
+QAction* StatusMenu::makeAction(const MenuEntry& entry) {
+    auto* action = new QAction(this);
+    action->setSeparator(entry.kind == MenuEntry::Kind::separator);
+    action->setEnabled(entry.kind != MenuEntry::Kind::row);
     if (!entry.keyEquivalent.isEmpty())
         action->setShortcut(QKeySequence(QStringLiteral("Ctrl+") + entry.keyEquivalent.toUpper()));
-    connect(action, &QAction::triggered, this,
-            [this, command = entry.command] { emit commandChosen(command); });
-    m_commands[entry.command] = action;
+    if (entry.kind == MenuEntry::Kind::command)
+        connect(action, &QAction::triggered, this, [this, entry] { emit commandChosen(entry); });
     return action;
 }
 
-void StatusMenu::setRows(const std::vector<MenuEntry>& content) {
-    const auto wanted = std::ranges::count_if(content, isRow);
-    while (m_rows.size() > wanted)
-        delete m_rows.takeLast();
-    while (m_rows.size() < wanted) {
-        auto* action = new QAction(this);
-        action->setEnabled(false);
-        insertAction(m_end, action);
-        m_rows << action;
+void StatusMenu::setHead(std::span<const MenuEntry> head) {
+    const auto firstOther = std::ranges::mismatch(m_headEntries, head, isSameEntry).in1;
+    const auto kept = firstOther - m_headEntries.begin();
+    while (m_head.size() > kept)
+        delete m_head.takeLast();
+    for (const MenuEntry& entry : head.subspan(std::size_t(kept))) {
+        m_head << makeAction(entry);
+        insertAction(m_end, m_head.constLast());
     }
-    auto row = m_rows.begin();
-    for (const MenuEntry& entry : content)
-        if (isRow(entry))
-            (*row++)->setText(hostTitle(entry.title));
+    m_headEntries.assign(head.begin(), head.end());
+    auto action = m_head.begin();
+    for (const MenuEntry& entry : head) {
+        (*action)->setText(hostTitle(entry.title));
+        (*action++)->setToolTip(entry.toolTip);
+    }
 }
 
 QString hostTitle(const QString& title) {

@@ -10,7 +10,8 @@
 namespace harbrix {
 
 /// The menu of the status item as the desktop shows it. What a host shows and what is here may
-/// differ for a moment, so commands keep their actions for good: a click on one always arrives.
+/// differ for a moment, so the commands that are always there keep their actions for good: a click
+/// on one always arrives. Those that come and go never change what they are about.
 class StatusMenu : public QMenu {
     Q_OBJECT
 
@@ -20,15 +21,16 @@ public:
     void setContent(const std::vector<MenuEntry>& content);
 
 signals:
-    void commandChosen(harbrix::MenuCommand command);
+    void commandChosen(const harbrix::MenuEntry& entry);
 
 private:
     void appendTail(std::span<const MenuEntry> tail);
-    void setRows(const std::vector<MenuEntry>& content);
-    QAction* appendCommand(const MenuEntry& entry);
+    void setHead(std::span<const MenuEntry> head);
+    QAction* makeAction(const MenuEntry& entry);
 
-    QList<QAction*> m_rows;
-    QAction* m_end = nullptr; ///< what follows the rows
+    std::vector<MenuEntry> m_headEntries;
+    QList<QAction*> m_head;
+    QAction* m_end = nullptr; ///< what follows the head
     std::map<MenuCommand, QAction*> m_commands;
 };
 

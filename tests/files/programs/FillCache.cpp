@@ -1,4 +1,5 @@
-// Fills and trims a cache until it is killed: argv[1] is the share, argv[2] where caches are.
+// Fills and trims a cache until it is killed: argv[1] is the share, argv[2] where caches are. Tells
+// of each listing in a line.
 
 #include "base/Json.h"
 #include "base/Scheduler.h"
@@ -7,7 +8,8 @@
 #include "platform/UserDefaults.h"
 
 #include <QCoreApplication>
-#include <QDir>
+
+#include <cstdio>
 
 using namespace harbrix;
 
@@ -17,6 +19,8 @@ Task<void> fillAndTrim(CacheManager* cache, FileSystemManager* files, Scheduler*
     while (true) {
         auto refreshing = files->refresh();
         co_await refreshing;
+        std::puts("filling");
+        std::fflush(stdout);
         auto pause = scheduler->pause(std::chrono::milliseconds(10));
         co_await pause;
         const auto entries = cache->entries();

@@ -196,8 +196,8 @@ TEST_F(Behaviour, ADirectoryWhoseCookiesGoRoundEnds) {
     EXPECT_EQ(failure, Status::Io);
 }
 
-TEST_F(Behaviour, DelayAndGraceAreWaitedOut) {
-    for (const Status busy : {Status::Delay, Status::Grace}) {
+TEST_F(Behaviour, BusyAndForgetfulServersAreAskedAgain) {
+    for (const Status busy : {Status::Delay, Status::Grace, Status::RetryUncachedRep}) {
         int refusals = 2;
         server.script(Op::Commit, [&](XdrReader& in, XdrWriter& out) {
             (void) in.u64(), (void) in.u32();
@@ -236,6 +236,30 @@ TEST_F(Behaviour, AnOpenFileThatTheServerLostIsOpenedAgain) {
     ASSERT_TRUE(data);
     EXPECT_EQ(std::string(data->begin(), data->end()), "found");
     EXPECT_EQ(server.calls[Op::Open], 1);
+}
+
+TEST_F(Behaviour, SpoiledAnswersEndEveryCall) {
+    server.file.assign(50'000, 'x');
+    inode->attributes.size = server.file.size();
+    std::mt19937 random(11);
+    server.setSpoiler([&](std::vector<std::uint8_t>& answer) {
+        // Mostly behind the record mark, the xid and the reply's head: what is deeper inside.
+        const std::size_t from =
+            random() % 8 == 0 ? 0 : std::min<std::size_t>(28, answer.size() - 1);
+        for (std::uint32_t change = random() % 3; change > 0; --change)
+            answer[from + random() % (answer.size() - from)] = static_cast<std::uint8_t>(random());
+    });
+    int succeeded = 0, failed = 0;
+    const TimePoint end = Clock::now() + 4s;
+    while (Clock::now() < end) {
+        std::optional<Status> status;
+        operations.getAttributes({}, file, [&](Outcome<Node> node) { status = statusOf(node); });
+        wait([&] { return status.has_value(); });
+        const auto data = read(random() % 50'000, 3000);
+        ++(data ? succeeded : failed);
+    }
+    EXPECT_GT(succeeded, 0);
+    EXPECT_GT(failed, 0);
 }
 
 TEST_F(Behaviour, ASilentServerDelaysOnlyTheFirst) {

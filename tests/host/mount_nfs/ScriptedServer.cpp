@@ -128,7 +128,9 @@ void ScriptedServer::execute(const std::vector<std::uint8_t>& record) {
         out.u32(done);
         out.fixed(results.take().bytes);
     }
-    const auto bytes = finishCall(std::move(out)).flattened();
+    auto bytes = finishCall(std::move(out)).flattened();
+    if (m_spoil)
+        m_spoil(bytes);
     if (m_connection >= 0 && send(m_connection, bytes.data(), bytes.size(), MSG_NOSIGNAL) < 0)
         std::perror("send");
 }

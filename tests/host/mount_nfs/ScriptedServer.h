@@ -30,6 +30,10 @@ public:
     /// Requests are gathered for a few milliseconds and carried out in reverse order.
     void setDisorderly() { m_disorderly = true; }
     void setSilent(bool silent) { m_silent = silent; }
+    /// Changes what goes out; nothing ends that.
+    void setSpoiler(std::function<void(std::vector<std::uint8_t>&)> spoil) {
+        m_spoil = std::move(spoil);
+    }
 
     std::vector<std::uint8_t> committed; ///< The file on the server's disk.
     std::vector<std::uint8_t> file;      ///< The file as the server sees it.
@@ -56,6 +60,7 @@ private:
     std::uint8_t m_instance = 1;
     bool m_sessionStands = false;
     bool m_clientIsKnown = false;
+    std::function<void(std::vector<std::uint8_t>&)> m_spoil;
     bool m_disorderly = false;
     bool m_silent = false;
 };

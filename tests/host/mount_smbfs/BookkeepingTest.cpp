@@ -44,18 +44,29 @@ TEST(NodeTable, ANumberLivesWhileTheKernelKnowsIt) {
     EXPECT_NE(nodes.lookUp(NodeTable::root, "d"), folder) << "numbers are not used again";
 }
 
-TEST(NodeTable, ARemovedNameIsFreeAndRemembered) {
+TEST(NodeTable, ARemovedNameIsFree) {
     NodeTable nodes;
     const auto file = nodes.lookUp(NodeTable::root, "f");
-    const auto before = steady_clock::now();
     nodes.remove(NodeTable::root, "f");
     EXPECT_FALSE(nodes.path(file));
-    EXPECT_TRUE(nodes.wasRemovedSince(NodeTable::root, "f", before));
-    EXPECT_FALSE(nodes.wasRemovedSince(NodeTable::root, "f", steady_clock::now() + 1s));
     EXPECT_NE(nodes.lookUp(NodeTable::root, "f"), file);
-    EXPECT_FALSE(nodes.wasRemovedSince(NodeTable::root, "f", before)) << "there is a new one";
     nodes.forget(file, 1);
     EXPECT_TRUE(nodes.find(NodeTable::root, "f")) << "the old one's end leaves the new one alone";
+}
+
+TEST(NodeTable, AnotherFileOfTheNameGetsAnotherNumber) {
+    const auto answer = [](ino_t identity) {
+        Answer made{{}, steady_clock::now()};
+        made.attributes.st_ino = identity;
+        return made;
+    };
+    NodeTable nodes;
+    const auto first = nodes.lookUp(NodeTable::root, "f", answer(1));
+    EXPECT_EQ(nodes.lookUp(NodeTable::root, "f", answer(1)), first);
+    EXPECT_EQ(nodes.lookUp(NodeTable::root, "f", answer(0)), first) << "the server does not say";
+    EXPECT_EQ(nodes.lookUp(NodeTable::root, "f", answer(2)), first) << "nor did it the last time";
+    EXPECT_NE(nodes.lookUp(NodeTable::root, "f", answer(3)), first);
+    EXPECT_FALSE(nodes.path(first));
 }
 
 TEST(NodeTable, TellsWhatLiesBelow) {
