@@ -20,10 +20,6 @@ constexpr int partGap = 10;
 constexpr int driveSize = 28;
 constexpr int folderSize = 14;
 
-int lineHeight(TextRole role) {
-    return QFontMetrics(fontFor(role)).height();
-}
-
 } // namespace
 
 struct MountedFolderCard::Places {

@@ -21,10 +21,6 @@ constexpr int rowPadding = spacing::small;
 constexpr int inset = spacing::small; ///< of the selection, from the edges of the list
 constexpr qreal selectionRadius = 6;
 
-int lineHeight(TextRole role) {
-    return QFontMetrics(fontFor(role)).height();
-}
-
 /// All rows are of one height, so that hundreds of them are laid out at once.
 int rowHeight() {
     return 2 * rowPadding + lineHeight(TextRole::body) +

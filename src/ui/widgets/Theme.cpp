@@ -12,6 +12,7 @@
 #include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <QFontDatabase>
+#include <QFontMetrics>
 
 #include <array>
 
@@ -139,6 +140,10 @@ QFont fontFor(TextRole role) {
         font.setPixelSize(qRound(font.pixelSize() * step.scale));
     font.setWeight(step.weight);
     return font;
+}
+
+int lineHeight(TextRole role) {
+    return QFontMetrics(fontFor(role)).height();
 }
 
 Theme::Theme(QApplication& application) : m_application(application) {
