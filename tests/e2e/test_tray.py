@@ -107,7 +107,7 @@ class TrayTest(unittest.TestCase):
         return {str(child[1].get("label", "-")): child[0] for child in children}
 
     def click(self, menu, label):
-        menu.Event(self.labels(menu)[label], "clicked", dbus.Int32(0), dbus.UInt32(0))
+        menu.Event(self.labels(menu)[label], "clicked", dbus.Int32(0, variant_level=1), dbus.UInt32(0))
 
     def test_menu_follows_the_records_and_its_commands_work(self):
         self.start_watcher("host")

@@ -146,7 +146,8 @@ void drawHeaderSection(QPainter* painter, const QStyleOption* option, bool isLas
 void drawSortArrow(QPainter* painter, const QStyleOptionHeader* option) {
     constexpr int size = 10;
     painter->save();
-    painter->translate(QRectF(option->rect).center());
+    // The base style lets it hang five pixels below the top, whatever the margins.
+    painter->translate(QRectF(option->rect).center() + QPointF(0, spacing::small - 5));
     if (option->sortIndicator == QStyleOptionHeader::SortDown)
         painter->rotate(180);
     painter->drawPixmap(-size / 2, -size / 2,
@@ -378,13 +379,6 @@ QRect FlatStyle::subControlRect(ComplexControl control, const QStyleOptionComple
 
 QRect FlatStyle::subElementRect(SubElement element, const QStyleOption* option,
                                 const QWidget* widget) const {
-    if (element == SE_HeaderArrow) {
-        const int side = pixelMetric(PM_HeaderMarkSize, option, widget);
-        const QRect& area = option->rect;
-        return visualRect(option->direction, area,
-                          QRect(area.right() - spacing::small - side,
-                                area.center().y() - side / 2 + 1, side, side));
-    }
     // With the margin that a line edit adds by itself the text begins where that of a picker does.
     if (element == SE_LineEditContents)
         return option->rect.adjusted(spacing::small - 2, 1, 2 - spacing::small, -1);
