@@ -30,10 +30,12 @@
 namespace harbrix {
 namespace {
 
-/// What a shot is made of beside its scene.
+/// What a shot is made of beside its scene, and which scenes are wanted: all of them if none is
+/// named.
 struct Variant {
     ColorScheme scheme;
     AppLanguage language;
+    QStringList scenes;
 };
 
 void settle(UiWorld& world) {
@@ -73,6 +75,8 @@ private:
         write(window.grab(), scene);
     }
     void write(const QPixmap& shot, const QString& scene) const {
+        if (!m_variant.scenes.isEmpty() && !m_variant.scenes.contains(scene))
+            return;
         const bool dark = m_variant.scheme == ColorScheme::dark;
         const bool twice = shot.devicePixelRatio() > 1;
         const QString path =
@@ -136,9 +140,10 @@ void Session::takeMenu() {
     menu.setContent(menuContent(m_world.automation.store.configs(),
                                 m_world.automation.appState.nasStatuses(),
                                 m_world.recentFiles.recentFiles()));
-    menu.popup({});
-    save(menu, QStringLiteral("menu"));
-    menu.hide();
+    // Popped up it would be cut to the size of a display that nobody sees.
+    menu.ensurePolished();
+    menu.resize(menu.sizeHint());
+    write(menu.grab(), QStringLiteral("menu"));
 }
 
 void Session::takeAlert(MainWindowView& window) {
@@ -224,7 +229,8 @@ void Session::takeBrowser() {
     TransferManager& transfers = window.view()->transferManager();
     window.resize(900, 660);
     const QUrl destination = QUrl::fromLocalFile(local);
-    const auto& listed = *files.currentItems();
+    const FileSystemManager::Items items = files.currentItems();
+    const std::vector<FileItem>& listed = *items;
     const auto largest = std::ranges::max_element(listed, {}, &FileItem::size);
     transfers.enqueueDownload(listed.back().url, destination);
     transfers.enqueueDownload(largest->url, destination);
@@ -287,8 +293,10 @@ int main(int argc, char** argv) {
     using namespace harbrix;
     QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() < 3) {
-        std::fprintf(stderr, "usage: screenshots FOLDER LANGUAGE...\n");
+    const auto language = std::ranges::find(allLanguages(), arguments.value(2),
+                                            [](AppLanguage one) { return rawValue(one); });
+    if (language == allLanguages().end()) {
+        std::fprintf(stderr, "usage: screenshots FOLDER LANGUAGE [SCENE...]\n");
         return 64;
     }
     const QDir folder(arguments.at(1));
@@ -296,9 +304,7 @@ int main(int argc, char** argv) {
     Theme theme(application);
     for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
         theme.setColorScheme(scheme);
-        for (const AppLanguage language : allLanguages())
-            if (arguments.indexOf(rawValue(language), 2) >= 0)
-                Session({scheme, language}, folder).takeAll();
+        Session({scheme, *language, arguments.mid(3)}, folder).takeAll();
     }
     return 0;
 }

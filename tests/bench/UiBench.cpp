@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 
 namespace harbrix {
 namespace {
@@ -60,29 +61,41 @@ double firstFrame(WindowScenes& scenes) {
     return static_cast<double>(clock.nsecsElapsed()) / 1e6;
 }
 
+/// What this thread has computed so far, milliseconds: unlike the clock on the wall it does not
+/// count what else the machine does.
+double computed() {
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
+}
+
 struct Figures {
     double median;
     double worst;
+    double worstComputed;
 };
 
 /// One share after another changes its state; each change is told, laid out and painted.
 Figures redraws(UiWorld& world) {
     std::vector<double> times;
+    double worstComputed = 0;
     const std::vector<NASConfig> configs = world.automation.store.configs();
     for (const MountState::Kind kind : {MountState::Kind::mounting, MountState::Kind::mounted}) {
         for (const NASConfig& config : configs) {
             QElapsedTimer clock;
             clock.start();
+            const double before = computed();
             std::optional<QUrl> mountPoint;
             if (kind == MountState::Kind::mounted)
                 mountPoint = QUrl::fromLocalFile("/mnt/" + config.name);
             world.automation.appState.updateStatus(config.id, kind, mountPoint);
             QCoreApplication::processEvents();
             times.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
+            worstComputed = std::max(worstComputed, computed() - before);
         }
     }
     std::ranges::sort(times);
-    return {times[times.size() / 2], times.back()};
+    return {times[times.size() / 2], times.back(), worstComputed};
 }
 
 double wakeupsPerSecond(int seconds) {
@@ -112,8 +125,9 @@ int main(int argc, char** argv) {
     QWidget* window = scenes.window(QStringLiteral("main"));
     QCoreApplication::processEvents();
     const Figures figures = redraws(world);
-    std::printf("state change among 200 shares    %.2f ms median, %.2f ms worst\n", figures.median,
-                figures.worst);
+    std::printf("state change among 200 shares    %.2f ms median, %.2f ms worst (%.2f ms of it "
+                "computing)\n",
+                figures.median, figures.worst, figures.worstComputed);
     std::printf("PSS with 200 mounted shares      %.1f MiB\n", proportionalSetSize());
     window->close();
     QCoreApplication::processEvents();

@@ -15,6 +15,7 @@ import dbus
 
 SUPPORT = os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", "support")
 sys.path.insert(0, SUPPORT)
+from desktop import Display, wait_for  # noqa: E402
 from harbrix_program import Harbrix  # noqa: E402
 from smb_server import SmbServer  # noqa: E402
 
@@ -31,35 +32,9 @@ def why_unavailable():
     return None
 
 
-def wait_for(condition, seconds=10):
-    deadline = time.monotonic() + seconds
-    while time.monotonic() < deadline:
-        value = condition()
-        if value:
-            return value
-        time.sleep(0.02)
-    raise AssertionError("waited in vain")
-
-
-class Display:
-    """A display of the test's own; the server picks a free number."""
-
-    def __init__(self):
-        reader, writer = os.pipe()
-        self.process = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1024x768x24", "-nolisten", "tcp"],
-            pass_fds=[writer], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-            stderr=subprocess.DEVNULL, start_new_session=True)
-        os.close(writer)
-        with os.fdopen(reader) as answer:
-            self.name = ":" + answer.readline().strip()
-
-    def close(self):
-        self.process.terminate()
-        self.process.wait()
-
-
 class TrayTest(unittest.TestCase):
+    """A bus and a display of its own, and what a host of the tray sees of the program."""
+
     def setUp(self):
         self.display = Display()
         self.addCleanup(self.display.close)
@@ -78,7 +53,7 @@ class TrayTest(unittest.TestCase):
             ["/usr/bin/python3", os.path.join(SUPPORT, "status_notifier_watcher.py"), *arguments],
             env=self.harbrix.environment, stdin=subprocess.DEVNULL, start_new_session=True)
         self.addCleanup(self.end, process)
-        wait_for(lambda: self.bus.name_has_owner(WATCHER))
+        wait_for(lambda: self.bus.name_has_owner(WATCHER), what="the watcher")
         return process
 
     @staticmethod
@@ -92,7 +67,7 @@ class TrayTest(unittest.TestCase):
                            dbus_interface="org.freedesktop.DBus.Properties")
 
     def wait_for_item(self):
-        return wait_for(self.items)[-1]
+        return wait_for(self.items, what="the status item")[-1]
 
     def menu(self, item):
         properties = self.bus.get_object(item, "/StatusNotifierItem", introspect=False)
@@ -108,6 +83,10 @@ class TrayTest(unittest.TestCase):
 
     def click(self, menu, label):
         menu.Event(self.labels(menu)[label], "clicked", dbus.Int32(0, variant_level=1), dbus.UInt32(0))
+
+
+class WatcherTest(TrayTest):
+    """A tray that is played, with the host in it coming and going as the test wants."""
 
     def test_menu_follows_the_records_and_its_commands_work(self):
         self.start_watcher("host")
@@ -175,6 +154,96 @@ class TrayTest(unittest.TestCase):
         menu = self.menu(self.wait_for_item())
         self.click(menu, "关于 Harbrix")
         self.assertEqual(self.harbrix.ctl("list").returncode, 0)
+
+
+PANEL = "/usr/bin/xfce4-panel"
+PANEL_SETTINGS = "/usr/lib/x86_64-linux-gnu/xfce4/xfconf/xfconfd"
+PANEL_CONFIG = """<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-panel" version="1.0">
+  <property name="configver" type="int" value="2"/>
+  <property name="panels" type="array">
+    <value type="int" value="1"/>
+    <property name="panel-1" type="empty">
+      <property name="position" type="string" value="p=10;x=0;y=0"/>
+      <property name="position-locked" type="bool" value="true"/>
+      <property name="length" type="uint" value="100"/>
+      <property name="size" type="uint" value="32"/>
+      <property name="plugin-ids" type="array"><value type="int" value="1"/></property>
+    </property>
+  </property>
+  <property name="plugins" type="empty">
+    <property name="plugin-1" type="string" value="systray"/>
+  </property>
+</channel>
+"""
+LEFT, RIGHT = 1, 3  # buttons of the mouse
+ICON = 16, 768 - 16  # the first place of that panel
+
+
+@unittest.skipUnless(os.access(PANEL, os.X_OK) and os.access(PANEL_SETTINGS, os.X_OK) and
+                     shutil.which("xdotool"), "xfce4-panel or xdotool is not installed")
+class PanelTest(TrayTest):
+    """The panel of Xfce: the tray of a real desktop."""
+
+    def setUp(self):
+        super().setUp()
+        folder = os.path.join(self.harbrix.environment["XDG_CONFIG_HOME"], "xfce4", "xfconf",
+                              "xfce-perchannel-xml")
+        os.makedirs(folder)
+        with open(os.path.join(folder, "xfce4-panel.xml"), "w") as file:
+            file.write(PANEL_CONFIG)
+        self.run_beside(PANEL_SETTINGS)
+        wait_for(lambda: self.bus.name_has_owner("org.xfce.Xfconf"), what="the settings of the panel")
+
+    def run_beside(self, *command):
+        process = subprocess.Popen(
+            command, env={**self.harbrix.environment, "DISPLAY": self.display.name},
+            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+            start_new_session=True)
+        self.addCleanup(self.end, process)
+        return process
+
+    def start_panel(self):
+        panel = self.run_beside(PANEL, "--disable-wm-check")
+        wait_for(lambda: self.bus.name_has_owner(WATCHER), 30, "the tray of the panel")
+        return panel
+
+    def picture(self, name):
+        if "SCREENSHOTS" in os.environ:
+            time.sleep(1)
+            self.display.screenshot(os.path.join(os.environ["SCREENSHOTS"], name + ".png"))
+
+    def quit_by_the_menu(self, button, picture):
+        """Upwards from the top of the menu is its last entry."""
+        before = self.windows()
+        self.display.click(ICON, button)
+        wait_for(lambda: self.windows() - before, what="the menu on the screen")
+        self.picture(picture)
+        self.display.key("Up", "Return")
+        self.assertEqual(self.harbrix.process.wait(15), 0)
+
+    def windows(self):
+        """The windows that can be seen."""
+        return set(self.display.search("--onlyvisible", "--name", ".*"))
+
+    def test_its_icon_and_its_menu_work_in_a_panel_that_is_there(self):
+        self.start_panel()
+        self.start_program()
+        self.wait_for_item()
+        added = self.harbrix.ctl("add", "--name", "my_nas & co", "--address", "192.0.2.1",
+                                 "--share", "/x", "--auth", "guest", "--disabled")
+        self.assertEqual(added.returncode, 0, added.stderr)
+        self.quit_by_the_menu(RIGHT, "panel-menu-of-host")
+
+    def test_a_panel_that_comes_late_and_restarts_has_the_icon(self):
+        self.start_program()
+        panel = self.start_panel()
+        self.wait_for_item()
+        self.end(panel)
+        wait_for(lambda: not self.bus.name_has_owner(WATCHER), what="the end of the tray")
+        self.start_panel()
+        self.wait_for_item()
+        self.quit_by_the_menu(LEFT, "panel-menu-of-program")
 
 
 if __name__ == "__main__":

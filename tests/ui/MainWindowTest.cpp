@@ -128,7 +128,7 @@ TEST_F(MainWindowTest, RowsTellStateAddressAndNetworkInWords) {
     manual.isEnabled = false;
     world.automation.store.update(manual);
     open();
-    setState(home, Kind::mounted, "/mnt/home");
+    setState(home, Kind::mounted, "/mnt/home/");
     setState(away, MountState::failed(HarbrixError::timeout("x")));
     const auto spoken = [this](int row) {
         return model().data(model().index(row), Qt::AccessibleTextRole).toString();

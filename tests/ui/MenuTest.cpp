@@ -121,7 +121,10 @@ TEST(HostTitle, KeepsNamesAsTheyAreInTheProtocolOfTheTray) {
         {"my_nas", "my__nas"},
         {"A & B & C", "&A & B & C"},
         {"two\nlines", "two lines"},
-        {QString(500, 'x'), QString(159, 'x') + QChar(0x2026)},
+        {QString(500, QLatin1Char('x')),
+         QString(50, QLatin1Char('x')) + QChar(0x2026) + QString(49, QLatin1Char('x'))},
+        {QString(80, QChar(0x6f22)) + "end",
+         QString(25, QChar(0x6f22)) + QChar(0x2026) + QString(23, QChar(0x6f22)) + "end"},
     };
     for (const auto& [title, sent] : cases)
         EXPECT_EQ(hostTitle(title), sent);

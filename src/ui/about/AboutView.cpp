@@ -2,6 +2,7 @@
 
 #include "services/LanguageManager.h"
 #include "services/Text.h"
+#include "ui/widgets/AccessibleRole.h"
 #include "ui/widgets/GroupedForm.h"
 #include "ui/widgets/SymbolIcon.h"
 #include "ui/widgets/TextLabel.h"
@@ -9,6 +10,7 @@
 #include <QDate>
 #include <QPainter>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
 
 namespace harbrix {
@@ -47,6 +49,7 @@ AboutView::AboutView(const Environment& environment, const AboutInformation& inf
           makeLink("documentation", "doc.text", information.documentation, environment)) {
     setObjectName(QStringLiteral("about"));
     setFixedSize(size);
+    setAccessibleRole(*this, QAccessible::Dialog);
 
     auto* name = new TextLabel(TextRole::largeTitle, Tint::primary);
     name->setText(QStringLiteral("Harbrix"));
@@ -62,7 +65,7 @@ AboutView::AboutView(const Environment& environment, const AboutInformation& inf
     notice->setText(QStringLiteral("© %1 Harbrix contributors").arg(QDate::currentDate().year()));
 
     auto* links = new QHBoxLayout;
-    links->setSpacing(spacing::small);
+    links->setSpacing(0); // each has 12 at either side of its label
     links->addStretch();
     for (QPushButton* link : {m_homePage, m_feedback, m_documentation})
         links->addWidget(link);
@@ -106,6 +109,9 @@ QWidget* makeAboutWindow(const Environment& environment) {
     QObject::connect(&environment.languageManager, &LanguageManager::localeChanged, window,
                      setTitle);
     setTitle();
+    QRect place(QPoint(), AboutView::size);
+    place.moveCenter(window->screen()->availableGeometry().center());
+    window->move(place.topLeft());
     return window;
 }
 

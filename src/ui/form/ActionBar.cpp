@@ -20,6 +20,13 @@ QPushButton* makeButton(const char* objectName) {
     return button;
 }
 
+/// A new text takes the shortcut of a button away, so they are set together.
+void label(QPushButton& button, const QString& text, const QKeySequence& shortcut) {
+    button.setText(text);
+    button.setShortcut(shortcut);
+    button.setToolTip(text + QLatin1String("  ") + shortcut.toString(QKeySequence::NativeText));
+}
+
 } // namespace
 
 ActionBar::ActionBar(QWidget* parent)
@@ -30,7 +37,6 @@ ActionBar::ActionBar(QWidget* parent)
     setObjectName(QStringLiteral("actions"));
     m_open->setIcon(symbolIcon(QStringLiteral("arrow.up.forward.app")));
     FlatStyle::setProminent(*m_save);
-    m_save->setShortcut(QKeySequence::Save);
 
     m_busy->setObjectName(QStringLiteral("mounting"));
     m_busyText->setWordWrap(false);
@@ -58,16 +64,15 @@ ActionBar::ActionBar(QWidget* parent)
 }
 
 void ActionBar::retranslate() {
-    m_test->setText(text("nas.testConnection"));
+    label(*m_test, text("nas.testConnection"), Qt::CTRL | Qt::Key_T);
     m_result->retranslate();
     m_busyText->setText(text("nas.mounting"));
     m_busy->setAccessibleName(text("nas.mounting"));
-    m_open->setText(text("nas.openInFinder"));
-    m_unmount->setText(text("nas.unmount"));
-    m_mount->setText(text("nas.mount"));
+    label(*m_open, text("nas.openInFinder"), QKeySequence::Open);
+    label(*m_unmount, text("nas.unmount"), Qt::CTRL | Qt::SHIFT | Qt::Key_M);
+    label(*m_mount, text("nas.mount"), Qt::CTRL | Qt::Key_M);
     m_close->setText(text("common.close"));
-    m_save->setText(text("common.save"));
-    m_save->setShortcut(QKeySequence::Save); // a new text takes the shortcut away
+    label(*m_save, text("common.save"), QKeySequence::Save);
 }
 
 void ActionBar::setTestResult(const std::optional<TestConnectionResult>& result) {

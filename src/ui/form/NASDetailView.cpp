@@ -56,7 +56,6 @@ NASDetailView::NASDetailView(const Environment& environment,
     connectState();
     retranslate();
     showProtocol();
-    showStatus();
 }
 
 QWidget* NASDetailView::buildForm() {
@@ -67,6 +66,7 @@ QWidget* NASDetailView::buildForm() {
         form->addSection(section);
     auto* scroll = new QScrollArea;
     scroll->setObjectName(QStringLiteral("formScroll"));
+    scroll->setFocusPolicy(Qt::NoFocus); // it follows the control that has the focus
     scroll->setWidget(form);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
@@ -109,6 +109,7 @@ void NASDetailView::retranslate() {
     m_options->retranslate();
     m_binding->retranslate();
     m_actions->retranslate();
+    showStatus();
 }
 
 void NASDetailView::showProtocol() {

@@ -11,6 +11,7 @@ namespace harbrix {
 namespace {
 
 constexpr int symbolSize = 16;
+constexpr int widestOnOneLine = 260;
 
 QString message(const TestConnectionResult& result) {
     if (const auto* success = std::get_if<TestConnectionResult::Success>(&result.outcome))
@@ -53,6 +54,14 @@ void TestResultLine::setResult(const std::optional<TestConnectionResult>& result
                         failed ? Tint::red : Tint::green);
     m_text->setTint(failed ? Tint::red : Tint::secondary);
     retranslate();
+}
+
+// A label that may wrap asks for less than a short message needs to stay on one line.
+QSize TestResultLine::sizeHint() const {
+    const int line =
+        symbolSize + layout()->spacing() + m_text->fontMetrics().horizontalAdvance(m_text->text());
+    const QSize hint = QWidget::sizeHint();
+    return {std::max(hint.width(), std::min(line + 1, widestOnOneLine)), hint.height()};
 }
 
 void TestResultLine::retranslate() {

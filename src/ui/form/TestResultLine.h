@@ -35,6 +35,8 @@ public:
     [[nodiscard]] bool hasResult() const { return m_result.has_value(); }
     void retranslate();
 
+    [[nodiscard]] QSize sizeHint() const override;
+
 private:
     std::optional<TestConnectionResult> m_result;
     Spinner* m_spinner;

@@ -16,6 +16,7 @@
 #include "ui/widgets/Windows.h"
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QPushButton>
 #include <QShortcut>
 #include <QSplitter>
@@ -69,7 +70,9 @@ void MainWindowView::buildToolbar() {
     m_about = bar->addAction(symbolIcon(QStringLiteral("info.circle"), Tint::secondary), {});
     m_about->setObjectName(QStringLiteral("openAbout"));
     connect(m_about, &QAction::triggered, this, &MainWindowView::openAbout);
-    bar->widgetForAction(m_about)->setObjectName(QStringLiteral("openAboutButton"));
+    QWidget* about = bar->widgetForAction(m_about);
+    about->setObjectName(QStringLiteral("openAboutButton"));
+    about->setFocusPolicy(Qt::TabFocus);
 
     m_add = new QPushButton;
     m_add->setObjectName(QStringLiteral("addNAS"));
@@ -81,6 +84,9 @@ void MainWindowView::buildToolbar() {
     connect(new QShortcut(QKeySequence::New, this), &QShortcut::activated, this,
             &MainWindowView::add);
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
+    // Where the desktop has no place for a status item, this is the way to end the program.
+    connect(new QShortcut(QKeySequence::Quit, this), &QShortcut::activated, qApp,
+            &QCoreApplication::quit);
 }
 
 QWidget* MainWindowView::buildSidebar() {

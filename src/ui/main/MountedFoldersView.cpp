@@ -1,6 +1,8 @@
 #include "ui/main/MountedFoldersView.h"
 
 #include "services/Text.h"
+#include "ui/main/MountPath.h"
+#include "ui/widgets/AccessibleRole.h"
 #include "ui/widgets/SymbolIcon.h"
 
 #include <QFontMetrics>
@@ -60,6 +62,7 @@ MountedFolderCard::Places MountedFolderCard::places() const {
 MountedFolderCard::MountedFolderCard(const MountedShare& share, QWidget* parent)
     : QWidget(parent), m_open(new QPushButton(this)) {
     setObjectName(QStringLiteral("mountedFolderCard"));
+    setAccessibleRole(*this, QAccessible::Grouping);
     m_open->setObjectName(QStringLiteral("openMountedFolder"));
     m_open->setIcon(symbolIcon(QStringLiteral("arrow.up.forward.app")));
     connect(m_open, &QPushButton::clicked, this,
@@ -70,25 +73,38 @@ MountedFolderCard::MountedFolderCard(const MountedShare& share, QWidget* parent)
 
 void MountedFolderCard::setShare(const MountedShare& share) {
     m_share = share;
-    const QString path = share.mountPoint.toLocalFile();
+    const QString path = shownPath(share.mountPoint);
     setToolTip(path);
     setAccessibleName(share.name);
     setAccessibleDescription(share.address + QLatin1String(", ") + path);
+    m_open->setAccessibleDescription(share.name);
     update();
 }
 
 void MountedFolderCard::retranslate() {
     m_open->setText(text("main.openInFinder"));
-    m_open->setAccessibleDescription(m_share.name);
-    m_open->setGeometry(places().button);
+    arrange();
+}
+
+void MountedFolderCard::arrange() {
+    const Places at = places();
+    m_open->setGeometry(QStyle::visualRect(layoutDirection(), rect(), at.button));
+    if (std::exchange(m_height, at.height) != at.height)
+        updateGeometry();
+}
+
+void MountedFolderCard::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::LayoutDirectionChange)
+        arrange();
 }
 
 QSize MountedFolderCard::sizeHint() const {
-    return {narrowestColumn, places().height};
+    return {narrowestColumn, m_height};
 }
 
 void MountedFolderCard::resizeEvent(QResizeEvent*) {
-    m_open->setGeometry(QStyle::visualRect(layoutDirection(), rect(), places().button));
+    arrange();
 }
 
 void MountedFolderCard::paintEvent(QPaintEvent*) {
@@ -122,7 +138,7 @@ void MountedFolderCard::paintEvent(QPaintEvent*) {
     drawText(m_share.name, at.name, TextRole::headline, Tint::primary, Qt::ElideRight);
     drawText(m_share.address, at.address, TextRole::caption, Tint::secondary, Qt::ElideRight);
     drawSymbol("folder", at.folder, Tint::secondary);
-    drawText(m_share.mountPoint.toLocalFile(), at.path, TextRole::caption, Tint::secondary,
+    drawText(shownPath(m_share.mountPoint), at.path, TextRole::caption, Tint::secondary,
              Qt::ElideMiddle);
 }
 
@@ -130,6 +146,7 @@ MountedFoldersView::MountedFoldersView(QWidget* parent)
     : QScrollArea(parent), m_title(new TextLabel(TextRole::title2, Tint::primary)),
       m_content(new QWidget), m_grid(new AdaptiveGrid(narrowestColumn, gap)) {
     setObjectName(QStringLiteral("mountedFolders"));
+    setFocusPolicy(Qt::NoFocus);
     m_content->setObjectName(QStringLiteral("mountedFoldersContent"));
     auto* column = new QVBoxLayout(m_content);
     column->setContentsMargins(spacing::huge, spacing::large, spacing::regular, spacing::huge);

@@ -29,13 +29,16 @@ signals:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     struct Places;
     [[nodiscard]] Places places() const;
+    void arrange();
 
     MountedShare m_share;
     QPushButton* m_open;
+    int m_height = 0; ///< measured once: hundreds of cards are laid out with each one that comes
 };
 
 /// One card for each mounted share.

@@ -7,6 +7,7 @@
 #include "services/MountStateText.h"
 #include "services/Text.h"
 #include "ui/Environment.h"
+#include "ui/main/MountPath.h"
 
 #include <algorithm>
 
@@ -111,7 +112,7 @@ void ShareListModel::refreshAll() {
 
 QString spokenText(const ShareRow& row) {
     QStringList parts{row.name, statusText(row.state),
-                      row.mountPoint ? row.mountPoint->toLocalFile() : row.address};
+                      row.mountPoint ? shownPath(*row.mountPoint) : row.address};
     if (row.network)
         parts << text(statusTextKey(*row.network));
     parts.removeAll(QString());

@@ -2,6 +2,7 @@
 
 #include "services/MountStateText.h"
 #include "services/Text.h"
+#include "ui/main/MountPath.h"
 #include "ui/main/ShareListModel.h"
 #include "ui/widgets/Pulse.h"
 #include "ui/widgets/StatusIndicator.h"
@@ -84,7 +85,7 @@ public:
         drawText(name, share.name, TextRole::body, Tint::primary);
         if (share.mountPoint)
             drawSymbolLine(layout.subtitle, QStringLiteral("arrow.up.forward.app"),
-                           share.mountPoint->toLocalFile(), Tint::blue, Qt::ElideMiddle);
+                           shownPath(*share.mountPoint), Tint::blue, Qt::ElideMiddle);
         else
             drawText(layout.subtitle, share.address, TextRole::caption2, Tint::secondary);
         if (share.network)
@@ -184,8 +185,8 @@ QRect ShareRowDelegate::linkRect(const QRect& row, const ShareRow& share,
     if (!share.mountPoint)
         return {};
     QRect line = RowLayout(row, share.network.has_value()).subtitle;
-    const int textWidth = QFontMetrics(fontFor(TextRole::caption2))
-                              .horizontalAdvance(share.mountPoint->toLocalFile());
+    const int textWidth =
+        QFontMetrics(fontFor(TextRole::caption2)).horizontalAdvance(shownPath(*share.mountPoint));
     line.setWidth(std::min(line.width(), symbolSize + spacing::tight + textWidth));
     return QStyle::visualRect(direction, row, line);
 }

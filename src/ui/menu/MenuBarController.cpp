@@ -13,6 +13,8 @@
 #include "ui/widgets/SymbolIcon.h"
 #include "ui/widgets/Windows.h"
 
+#include <QCursor>
+#include <QGuiApplication>
 #include <QSystemTrayIcon>
 
 namespace harbrix {
@@ -80,6 +82,11 @@ void MenuBarController::setupStatusItem() {
     m_statusItem->setToolTip(text("menubar.icon.accessibility"));
     setTint(m_environment.appState.menuBarIconState());
     m_statusItem->setContextMenu(m_menu.get());
+    connect(m_statusItem.get(), &QSystemTrayIcon::activated, this,
+            [this](QSystemTrayIcon::ActivationReason reason) {
+                if (reason == QSystemTrayIcon::Trigger)
+                    popUpMenu();
+            });
     m_statusItem->show();
 }
 
@@ -87,14 +94,24 @@ std::unique_ptr<StatusMenu> MenuBarController::makeMenu() {
     auto menu = std::make_unique<StatusMenu>();
     m_menuIsOpen = false;
     m_hostTellsClosing = false;
+    m_poppedUp = false;
     connect(menu.get(), &StatusMenu::commandChosen, this, &MenuBarController::choose);
     connect(menu.get(), &QMenu::aboutToShow, this, &MenuBarController::menuWillOpen);
     connect(menu.get(), &QMenu::aboutToHide, this, [this] {
         m_menuIsOpen = false;
-        m_hostTellsClosing = true;
+        m_hostTellsClosing = m_hostTellsClosing || !std::exchange(m_poppedUp, false);
         scheduleRebuild();
     });
     return menu;
+}
+
+// A click is to show the menu; to many hosts the menu belongs to the other button, and they tell
+// the program of the click instead. Wayland lets nobody place a menu there.
+void MenuBarController::popUpMenu() {
+    if (QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+        return openMainWindow();
+    m_poppedUp = true;
+    m_menu->popup(QCursor::pos());
 }
 
 void MenuBarController::observeMenuBarIconState() {

@@ -52,6 +52,7 @@ signals:
 private:
     [[nodiscard]] std::unique_ptr<StatusMenu> makeMenu();
     void choose(const MenuEntry& entry);
+    void popUpMenu();
     void setTint(MenuBarIconState state);
     void menuWillOpen();
     void scheduleRebuild();
@@ -68,6 +69,7 @@ private:
     bool m_rebuildIsScheduled = false;
     bool m_menuIsOpen = false;
     bool m_hostTellsClosing = false; ///< only then "open" can be believed
+    bool m_poppedUp = false;         ///< shown by us, not by the host
 };
 
 /// The colour of the status item, the same on light and dark panels.

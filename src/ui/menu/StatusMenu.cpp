@@ -5,7 +5,33 @@
 namespace harbrix {
 namespace {
 
-constexpr qsizetype longestTitle = 160;
+constexpr int widestTitle = 100; // columns
+
+/// Han, kana, Hangul and emoji take two columns, roughly.
+int columnsOf(QChar c) {
+    if (c.isLowSurrogate())
+        return 0;
+    return c.unicode() >= 0x1100 ? 2 : 1;
+}
+
+/// Cut in the middle: a row begins with a name and ends with what is wrong.
+QString bounded(const QString& title) {
+    const auto fits = [](auto begin, auto end, int columns) {
+        auto at = begin;
+        while (at != end && columns >= columnsOf(*at))
+            columns -= columnsOf(*at++);
+        return at;
+    };
+    if (fits(title.begin(), title.end(), widestTitle) == title.end())
+        return title;
+    auto head = fits(title.begin(), title.end(), widestTitle / 2) - title.begin();
+    auto tail = fits(title.rbegin(), title.rend(), widestTitle / 2 - 1) - title.rbegin();
+    if (title.at(head - 1).isHighSurrogate())
+        --head;
+    if (title.at(title.size() - tail).isLowSurrogate())
+        --tail;
+    return title.first(head) + QChar(0x2026) + title.last(tail);
+}
 
 /// Whether an action for the one can stand for the other: it may be told anew, but not be about
 /// something else.
@@ -70,15 +96,9 @@ void StatusMenu::setHead(std::span<const MenuEntry> head) {
 }
 
 QString hostTitle(const QString& title) {
-    QString shown = title;
+    QString shown = bounded(title);
     std::ranges::replace_if(
         shown, [](QChar c) { return c.category() == QChar::Other_Control; }, QLatin1Char(' '));
-    if (shown.size() > longestTitle) {
-        qsizetype end = longestTitle - 1;
-        if (shown.at(end - 1).isHighSurrogate())
-            --end;
-        shown = shown.left(end) + QChar(0x2026);
-    }
     shown.replace(QLatin1Char('_'), QLatin1String("__"));
     // Of the ampersands Qt turns the first into a mark for the access key and leaves the others.
     return shown.contains(QLatin1Char('&')) ? QLatin1Char('&') + shown : shown;

@@ -232,6 +232,13 @@ void FlatStyle::drawControl(ControlElement element, const QStyleOption* option, 
         label.palette.setColor(QPalette::ButtonText, color(Tint::onAccent, option->palette));
         return QProxyStyle::drawControl(element, &label, painter, widget);
     }
+    if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+        element == CE_MenuItem && item && item->menuItemType == QStyleOptionMenuItem::Separator) {
+        painter->fillRect(QRect(option->rect.left() + spacing::small, option->rect.center().y(),
+                                option->rect.width() - 2 * spacing::small, 1),
+                          color(Tint::separator, option->palette));
+        return;
+    }
     if (element == CE_ToolBar) {
         painter->fillRect(option->rect, color(Tint::window, option->palette));
         painter->fillRect(
@@ -338,6 +345,11 @@ QSize FlatStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
     case CT_LineEdit:
     case CT_ComboBox:
         size.setHeight(std::max(contents.height() + spacing::small, controlHeight));
+        return size;
+    case CT_MenuItem:
+        if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+            item && item->menuItemType == QStyleOptionMenuItem::Separator)
+            size.setHeight(2 * spacing::tight + 1);
         return size;
     case CT_ToolButton:
         return size.expandedTo({controlHeight, controlHeight});

@@ -78,6 +78,12 @@ QList<FlowLayout::Line> FlowLayout::linesFor(int width) const {
     if (widthOf(leading + trailing) <= width)
         return {Line{leading, trailing}};
     QList<Line> lines;
+    if (widthOf(trailing) <= width) {
+        for (const auto& items : wrapped(leading, width))
+            lines << Line{items, {}};
+        return lines << Line{{}, trailing};
+    }
+    // The group comes apart anyway: then it fills the lines from the first one on.
     for (const auto& items : wrapped(leading + trailing, width)) {
         Line line;
         for (QLayoutItem* item : items)

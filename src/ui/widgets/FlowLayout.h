@@ -5,8 +5,9 @@
 
 namespace harbrix {
 
-/// Lines of items that wrap. Within each line the items of the trailing group stand at the trailing
-/// edge.
+/// Items in one line, those of the trailing group at its trailing edge. Where that is too narrow
+/// the trailing group gets a line of its own, and where that is too narrow as well all of them
+/// wrap.
 class FlowLayout : public QLayout {
     Q_OBJECT
 

@@ -1,5 +1,7 @@
 #include "ui/widgets/GroupedForm.h"
 
+#include "ui/widgets/AccessibleRole.h"
+
 #include <QAbstractButton>
 #include <QMouseEvent>
 #include <QPainter>
@@ -16,6 +18,7 @@ constexpr int narrowestField = 168;
 CardFrame::CardFrame(QWidget* parent) : QWidget(parent), m_rows(new QVBoxLayout(this)) {
     m_rows->setContentsMargins(0, 1, 0, 1);
     m_rows->setSpacing(0);
+    setAccessibleRole(*this, QAccessible::Grouping);
 }
 
 void CardFrame::addRow(QWidget* row) {

@@ -27,16 +27,16 @@ struct Shade {
 
 constexpr auto shades = std::to_array<Shade>({
     {Tint::primary, 0xff1b1f24, 0xffeceff3},      {Tint::secondary, 0xff57606c, 0xffa7b0bc},
-    {Tint::tertiary, 0xff6a737f, 0xff8d97a4},     {Tint::accent, 0xff1f6bdb, 0xff2f74dd},
-    {Tint::onAccent, 0xffffffff, 0xffffffff},     {Tint::blue, 0xff1a63cf, 0xff6ea8ff},
-    {Tint::green, 0xff17803d, 0xff46c272},        {Tint::yellow, 0xff9a6c00, 0xffe6b93f},
-    {Tint::orange, 0xffad5200, 0xfff2a24e},       {Tint::red, 0xffca2631, 0xffff7b72},
+    {Tint::tertiary, 0xff626b77, 0xff8d97a4},     {Tint::accent, 0xff1f6bdb, 0xff2f74dd},
+    {Tint::onAccent, 0xffffffff, 0xffffffff},     {Tint::blue, 0xff1a5fc6, 0xff6ea8ff},
+    {Tint::green, 0xff14743a, 0xff46c272},        {Tint::yellow, 0xff9a6c00, 0xffe6b93f},
+    {Tint::orange, 0xff9e4a00, 0xfff2a24e},       {Tint::red, 0xffc2222d, 0xffff7b72},
     {Tint::gray, 0xff828b97, 0xff8b95a2},         {Tint::window, 0xfff6f7f9, 0xff1d2025},
     {Tint::sidebar, 0xffeceff3, 0xff17191d},      {Tint::card, 0xffffffff, 0xff272b32},
     {Tint::field, 0xffffffff, 0xff1d2025},        {Tint::control, 0xffffffff, 0xff343942},
     {Tint::controlHover, 0xfff1f3f6, 0xff3d434d}, {Tint::controlPressed, 0xffe5e9ee, 0xff2c3139},
     {Tint::border, 0xffcfd5dd, 0xff464d58},       {Tint::separator, 0xffe2e6eb, 0xff363b44},
-    {Tint::selection, 0xffd6e4fa, 0xff26406a},
+    {Tint::selection, 0xffd6e4fa, 0xff21385d},
 });
 
 struct Step {
