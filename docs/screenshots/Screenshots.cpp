@@ -1,8 +1,12 @@
 // Draws the windows in scripted states, for the README and the documentation.
 
 #include "support/UiWorld.h"
+#include "support/WaitUntil.h"
 #include "ui/WindowScenes.h"
 #include "ui/about/AboutView.h"
+#include "ui/browser/ConflictResolutionSheet.h"
+#include "ui/browser/FileBrowserView.h"
+#include "ui/browser/FileBrowserWindow.h"
 #include "ui/main/MainWindowView.h"
 #include "ui/menu/StatusMenu.h"
 #include "ui/widgets/Theme.h"
@@ -15,6 +19,10 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTableView>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -80,6 +88,8 @@ private:
             std::fprintf(stderr, "screenshots: cannot write %s\n", qPrintable(path));
     }
     void takeMenu();
+    void fillSampleShare(const QString& folder);
+    void takeBrowser();
     void takeAlert(MainWindowView& window);
 
     Variant m_variant;
@@ -158,6 +168,97 @@ void Session::takeAlert(MainWindowView& window) {
     settle(m_world);
 }
 
+/// A share with something of every kind.
+void Session::fillSampleShare(const QString& folder) {
+    const bool chinese = m_variant.language == AppLanguage::zhHans;
+    const auto name = [chinese](const char* english, const char* translated) {
+        return QString::fromUtf8(chinese ? translated : english);
+    };
+    const QDateTime now = m_world.automation.scheduler.wallClock();
+    for (const QString& directory : {name("Films", "电影"), name("Music", "音乐")}) {
+        QDir().mkpath(folder + u'/' + directory);
+        const timespec times[2]{{now.toSecsSinceEpoch(), 0}, {now.toSecsSinceEpoch() - 90'000, 0}};
+        ::utimensat(AT_FDCWD, QFile::encodeName(folder + u'/' + directory).constData(), times, 0);
+    }
+    const struct {
+        QString name;
+        qint64 size;
+        int hoursAgo;
+    } files[] = {
+        {name("Annual report 2024.pdf", "2024 年度报告.pdf"), 2'400'000, 3},
+        {name("Backup.tar.gz", "备份.tar.gz"), 734'000'000, 30},
+        {name("Holiday 9.jpg", "假期 9.jpg"), 4'100'000, 200},
+        {name("Holiday 10.jpg", "假期 10.jpg"), 3'800'000, 200},
+        {name("Lecture.mp4", "讲座.mp4"), 1'250'000'000, 700},
+        {name("Notes.md", "笔记.md"), 12'700, 1},
+        {name("Song.flac", "歌曲.flac"), 31'000'000, 9000},
+    };
+    for (const auto& file : files) {
+        QFile written(folder + u'/' + file.name);
+        if (!written.open(QIODevice::WriteOnly) || !written.resize(file.size))
+            std::fprintf(stderr, "screenshots: cannot write %s\n", qPrintable(file.name));
+        written.setFileTime(now.addSecs(-3600 * file.hoursAgo), QFileDevice::FileModificationTime);
+    }
+}
+
+/// The files, transfers in all their states, a clash of names and a preview.
+void Session::takeBrowser() {
+    const QString share = m_world.directory.filePath(QStringLiteral("Media"));
+    const QString local = m_world.directory.filePath(QStringLiteral("local"));
+    QDir().mkpath(share);
+    QDir().mkpath(local);
+    const auto waitFor = [this](const std::function<bool()>& condition) {
+        return waitUntil([&] {
+            m_world.automation.scheduler.advance(Seconds(0));
+            return condition();
+        });
+    };
+    m_scenes.open(QStringLiteral("file-browser"));
+    auto& window =
+        *qobject_cast<FileBrowserWindow*>(m_scenes.window(QStringLiteral("file-browser")));
+    save(window, QStringLiteral("browser-nothing"));
+    m_world.browserState.show(m_shares[0], QUrl::fromLocalFile(share));
+    FileSystemManager& files = window.view()->fsManager();
+    (void) waitFor([&files] { return !files.isLoading(); });
+    save(window, QStringLiteral("browser-empty"));
+
+    fillSampleShare(share);
+    files.launch(files.refresh());
+    (void) waitFor([&files] { return !files.isLoading() && !files.currentItems()->empty(); });
+    auto* table = window.findChild<QTableView*>(QStringLiteral("fileTable"));
+    TransferManager& transfers = window.view()->transferManager();
+    window.resize(900, 660);
+    const QUrl destination = QUrl::fromLocalFile(local);
+    const FileSystemManager::Items items = files.currentItems();
+    const std::vector<FileItem>& listed = *items;
+    const auto largest = std::ranges::max_element(listed, {}, &FileItem::size);
+    transfers.enqueueDownload(listed.back().url, destination);
+    transfers.enqueueDownload(largest->url, destination);
+    transfers.enqueueUpload(listed[2].url, destination);
+    (void) waitFor([&transfers] {
+        return transfers.tasks().size() == 3 && transfers.tasks()[1].bytesTransferred > 400'000'000;
+    });
+    m_world.automation.scheduler.advance(Seconds(4));
+    const qint64 before = transfers.tasks()[1].bytesTransferred;
+    (void) waitFor([&transfers, before] {
+        return transfers.tasks()[1].bytesTransferred > before + 150'000'000;
+    });
+    table->selectRow(2);
+    save(window, QStringLiteral("browser"));
+    (void) waitFor([&transfers] { return !transfers.isProcessing(); });
+
+    ConflictResolutionSheet sheet(listed[2].name, &window);
+    sheet.show();
+    save(sheet, QStringLiteral("conflict"));
+    sheet.hide();
+    window.view()->quickLook().preview(listed[3].url);
+    QWidget* panel = window.findChild<QWidget*>(QStringLiteral("previewPanel"));
+    (void) waitFor(
+        [panel] { return panel->findChild<QWidget*>(QStringLiteral("previewCard"))->isVisible(); });
+    save(*panel, QStringLiteral("preview"));
+    window.close();
+}
+
 void Session::takeAll() {
     const QSize regular(760, 560);
     save(mainWindow({600, 500}), QStringLiteral("empty"));
@@ -181,6 +282,7 @@ void Session::takeAll() {
     const std::unique_ptr<QWidget> about(makeAboutWindow(m_world.environment));
     about->show();
     save(*about, QStringLiteral("about"));
+    takeBrowser();
     takeMenu();
 }
 

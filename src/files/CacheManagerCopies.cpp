@@ -4,6 +4,7 @@
 #include "files/FileUrl.h"
 #include "services/LogManager.h"
 
+#include <algorithm>
 #include <limits>
 
 // How CacheManager takes files in.
@@ -15,6 +16,11 @@ namespace {
 constexpr std::size_t offersAtOnce = 64;
 // What a caller who comes meanwhile has to wait for at most, but for the copy that is under way.
 constexpr std::chrono::milliseconds offersBudget{20};
+
+/// What is there already is only looked at, which nobody needs to be told of.
+bool mayCopy(const std::vector<CopyRequest>& requests) {
+    return !std::ranges::all_of(requests, &CopyRequest::isPresent);
+}
 
 } // namespace
 
@@ -48,8 +54,9 @@ qint64 CacheManager::roomLeft() const {
 Task<std::optional<CacheEntry>> CacheManager::store(Offer offer) {
     auto waiting = turn();
     const auto held = co_await waiting;
-    setProcessing(true);
-    auto copying = onWorker([requests = std::vector{requestFor(offer)}, room = roomLeft()] {
+    const std::vector<CopyRequest> requests{requestFor(offer)};
+    setProcessing(mayCopy(requests));
+    auto copying = onWorker([requests, room = roomLeft()] {
         return copyInTurn(requests, maxSingleFileSize, room, offersBudget);
     });
     const auto outcomes = co_await copying;
@@ -160,7 +167,7 @@ Task<void> CacheManager::serveSomeOffers() {
     std::vector<CopyRequest> requests;
     for (std::size_t place = 0; place < std::min(m_offers.size(), offersAtOnce); ++place)
         requests.push_back(requestFor(m_offers[place]));
-    setProcessing(true);
+    setProcessing(mayCopy(requests));
     auto copying = onWorker([requests, room = roomLeft()] {
         return copyInTurn(requests, maxSingleFileSize, room, offersBudget);
     });

@@ -2,6 +2,8 @@
 """The status item of the running program, as a desktop sees it: a place for it that comes late, that restarts
 and that never comes, and the menu over com.canonical.dbusmenu. Needs Xvfb."""
 
+import glob
+import json
 import os
 import shutil
 import subprocess
@@ -15,6 +17,7 @@ SUPPORT = os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", "suppo
 sys.path.insert(0, SUPPORT)
 from desktop import Display, wait_for  # noqa: E402
 from harbrix_program import Harbrix  # noqa: E402
+from smb_server import SmbServer  # noqa: E402
 
 BUILD = os.environ.get("HARBRIX_BUILD", "build/release")
 WATCHER = "org.kde.StatusNotifierWatcher"
@@ -97,6 +100,40 @@ class WatcherTest(TrayTest):
         wait_for(lambda: any("my__nas & co" in label for label in self.labels(menu)))
         self.click(menu, "退出 Harbrix")
         self.assertEqual(self.harbrix.process.wait(15), 0)
+
+    @unittest.skipUnless(SmbServer.PROGRAM and os.access("/dev/fuse", os.W_OK), "needs smbd and /dev/fuse")
+    def test_a_mounted_share_is_browsed_from_the_menu(self):
+        share = os.path.join(self.harbrix.folder, "share")
+        os.mkdir(share)
+        with open(os.path.join(share, "film.txt"), "w") as file:
+            file.write("a film")
+        server = SmbServer({"films": share}, {"ann": "secret"})
+        self.addCleanup(server.close)
+        server.start()
+        self.start_watcher("host")
+        self.start_program()
+        menu = self.menu(self.wait_for_item())
+        added = self.harbrix.ctl("add", "--name", "Films", "--address", server.address, "--share", "films",
+                                 "--user", "ann", "--password-stdin", password="secret")
+        self.assertEqual(added.returncode, 0, added.stderr)
+        self.addCleanup(self.harbrix.ctl, "unmount", "Films")
+        mounted = self.harbrix.ctl("mount", "Films")
+        self.assertEqual(mounted.returncode, 0, mounted.stderr)
+        label = "  浏览文件..."
+        wait_for(lambda: label in self.labels(menu))
+        self.click(menu, label)
+        # The window lists the share, and what it lists is copied into the cache.
+        cache = os.path.join(self.harbrix.environment["XDG_CACHE_HOME"], "Harbrix", "FileCache")
+        wait_for(lambda: glob.glob(os.path.join(cache, "*", "film.txt")))
+        wait_for(lambda: "film.txt" in self.read_index(cache))
+
+    @staticmethod
+    def read_index(cache):
+        try:
+            with open(os.path.join(cache, "cache-index.json")) as file:
+                return [entry["relativePath"] for entry in json.load(file)]
+        except FileNotFoundError:
+            return []
 
     def test_a_place_that_comes_late_gets_the_item(self):
         self.start_program()

@@ -17,7 +17,7 @@ namespace {
 
 constexpr qreal barRadius = 6;
 constexpr int chevronSize = 10;
-constexpr int verticalPadding = 6;
+constexpr int crumbEdge = 6;
 constexpr int widestCrumb = 260;
 
 QFont crumbFont(bool isLast) {
@@ -74,7 +74,7 @@ BreadcrumbView::BreadcrumbView(QWidget* parent)
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     m_bar->setAutoFillBackground(false);
     viewport()->setAutoFillBackground(false);
-    m_crumbs->setContentsMargins(spacing::small, verticalPadding, spacing::small, verticalPadding);
+    m_crumbs->setContentsMargins(spacing::small, crumbEdge, spacing::small, crumbEdge);
     m_crumbs->setSpacing(spacing::hair);
     // A longer path is read at its end.
     connect(horizontalScrollBar(), &QScrollBar::rangeChanged, this,
@@ -82,7 +82,7 @@ BreadcrumbView::BreadcrumbView(QWidget* parent)
 }
 
 QSize BreadcrumbView::sizeHint() const {
-    return {0, QFontMetrics(crumbFont(true)).height() + 2 * verticalPadding + 2};
+    return {0, QFontMetrics(crumbFont(true)).height() + 2 * crumbEdge + 2};
 }
 
 QSize BreadcrumbView::minimumSizeHint() const {

@@ -106,11 +106,13 @@ QTableView* FileListView::buildTable() {
     QHeaderView* rows = table->verticalHeader();
     rows->hide();
     rows->setSectionResizeMode(QHeaderView::Fixed);
+    rows->setMinimumSectionSize(FileRowDelegate::rowHeight());
     rows->setDefaultSectionSize(FileRowDelegate::rowHeight());
 
     // The indicator moves with a click, the rows stay in the order of the listing.
     QHeaderView* header = table->horizontalHeader();
     header->setHighlightSections(false);
+    header->setFont(fontFor(TextRole::caption));
     header->setSectionsClickable(true);
     header->setSortIndicatorShown(true);
     header->setSortIndicator(FileListModel::Name, Qt::AscendingOrder);

@@ -12,14 +12,14 @@ namespace harbrix {
 namespace {
 
 constexpr int symbolFrame = 20;
-constexpr int symbolSize = 16;
+constexpr int kindSymbolSize = 16;
 constexpr int symbolGap = 6;
 constexpr int cellPadding = spacing::small;
 
 } // namespace
 
 int FileRowDelegate::rowHeight() {
-    return QFontMetrics(fontFor(TextRole::body)).height() + 2 * spacing::tight;
+    return lineHeight(TextRole::body) + 2 * spacing::tight + 2;
 }
 
 void FileRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -40,11 +40,12 @@ void FileRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
     const bool isName = index.column() == FileListModel::Name;
     if (isName) {
         const FileItem& item = model->item(index.row());
-        const QRect symbol(place.left() + (symbolFrame - symbolSize) / 2,
-                           place.center().y() - symbolSize / 2 + 1, symbolSize, symbolSize);
+        const QRect symbol(place.left() + (symbolFrame - kindSymbolSize) / 2,
+                           place.center().y() - kindSymbolSize / 2 + 1, kindSymbolSize,
+                           kindSymbolSize);
         painter->drawPixmap(
             mirrored(symbol),
-            symbolPixmap(item.iconName(), symbolSize,
+            symbolPixmap(item.iconName(), kindSymbolSize,
                          color(item.isDirectory ? Tint::blue : Tint::secondary, option.palette),
                          painter->device()->devicePixelRatioF()));
         place.setLeft(place.left() + symbolFrame + symbolGap);

@@ -10,9 +10,9 @@
 namespace harbrix {
 namespace {
 
-constexpr int padding = spacing::medium;
-constexpr int verticalPadding = 6;
-constexpr int symbolSize = 18;
+constexpr int sidePadding = spacing::medium;
+constexpr int rowEdge = 6;
+constexpr int directionSize = 18;
 constexpr int barHeight = 4;
 constexpr int buttonSize = 24;
 constexpr int buttonIconSize = 12;
@@ -76,29 +76,29 @@ TransferRow::Places TransferRow::places() const {
     const int nameHeight = lineHeight(TextRole::callout);
     const int smallHeight = lineHeight(TextRole::caption2);
     const int block = nameHeight + 2 * spacing::hair + barHeight + smallHeight + 1;
-    const int middle = verticalPadding + block / 2;
-    at.symbol = {padding, middle - symbolSize / 2, symbolSize, symbolSize};
-    int right = width() - padding;
+    const int middle = rowEdge + block / 2;
+    at.symbol = {sidePadding, middle - directionSize / 2, directionSize, directionSize};
+    int right = width() - sidePadding;
     at.second = {right - buttonSize, middle - buttonSize / 2, buttonSize, buttonSize};
     at.first = at.second.translated(-buttonSize - spacing::hair, 0);
     right = at.first.left() - spacing::small;
     at.status = {right - statusWidth, middle - nameHeight / 2, statusWidth, nameHeight};
     const int x = at.symbol.right() + 1 + spacing::medium;
     const int inner = at.status.left() - spacing::medium - x;
-    int y = verticalPadding;
+    int y = rowEdge;
     at.name = {x, y, inner, nameHeight};
     y += nameHeight + spacing::hair;
     at.bar = {x, y, inner, barHeight};
     y += barHeight + spacing::hair + 1;
     at.details = {x, y, inner, smallHeight};
     y += smallHeight;
-    at.error = {x, y, width() - padding - x, smallHeight};
+    at.error = {x, y, width() - sidePadding - x, smallHeight};
     return at;
 }
 
 int TransferRow::heightFor(const TransferTask& task) {
     const int lines = task.errorMessage ? 2 : 1;
-    return 2 * verticalPadding + lineHeight(TextRole::callout) + 2 * spacing::hair + barHeight + 1 +
+    return 2 * rowEdge + lineHeight(TextRole::callout) + 2 * spacing::hair + barHeight + 1 +
            lines * lineHeight(TextRole::caption2);
 }
 
@@ -195,7 +195,7 @@ void TransferRow::paintEvent(QPaintEvent*) {
     const char* symbol =
         m_task.direction == TransferDirection::upload ? "arrow.up.circle" : "arrow.down.circle";
     painter.drawPixmap(mirrored(at.symbol),
-                       symbolPixmap(QString::fromLatin1(symbol), symbolSize,
+                       symbolPixmap(QString::fromLatin1(symbol), directionSize,
                                     color(tintOf(m_task.status), palette()), devicePixelRatioF()));
     drawText(m_name, at.name, TextRole::callout, Tint::primary, Qt::ElideMiddle);
     drawText(m_details, at.details, TextRole::caption2, Tint::secondary, Qt::ElideRight);

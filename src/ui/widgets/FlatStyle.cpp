@@ -131,6 +131,32 @@ void drawChevron(QPainter* painter, const QRect& area, const QPalette& palette) 
                                             painter->device()->devicePixelRatioF()));
 }
 
+/// The head of a table: flat, with hairlines between the columns.
+void drawHeaderSection(QPainter* painter, const QStyleOption* option, bool isLast) {
+    const QRect& rect = option->rect;
+    const QColor line = color(Tint::separator, option->palette);
+    painter->fillRect(rect, color(Tint::window, option->palette));
+    painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), line);
+    const int edge = option->direction == Qt::RightToLeft ? rect.left() : rect.right();
+    if (!isLast)
+        painter->fillRect(QRect(edge, rect.top() + 5, 1, rect.height() - 10), line);
+}
+
+/// Points up while the column ascends.
+void drawSortArrow(QPainter* painter, const QStyleOptionHeader* option) {
+    constexpr int size = 10;
+    painter->save();
+    // The base style lets it hang five pixels below the top, whatever the margins.
+    painter->translate(QRectF(option->rect).center() + QPointF(0, spacing::small - 5));
+    if (option->sortIndicator == QStyleOptionHeader::SortDown)
+        painter->rotate(180);
+    painter->drawPixmap(-size / 2, -size / 2,
+                        symbolPixmap(QStringLiteral("chevron.down"), size,
+                                     color(Tint::secondary, option->palette),
+                                     painter->device()->devicePixelRatioF()));
+    painter->restore();
+}
+
 void drawScrollBar(QPainter* painter, const QStyleOptionSlider* option, const QRect& handle) {
     if (option->minimum == option->maximum)
         return;
@@ -183,6 +209,10 @@ void FlatStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
         if (isSwitch(widget))
             drawFocusRing(painter, option->rect, option->palette);
         return;
+    case PE_IndicatorHeaderArrow:
+        if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option))
+            drawSortArrow(painter, header);
+        return;
     case PE_PanelMenu:
     case PE_FrameMenu:
         painter->fillRect(option->rect, color(Tint::card, option->palette));
@@ -215,6 +245,11 @@ void FlatStyle::drawControl(ControlElement element, const QStyleOption* option, 
             QRect(option->rect.left(), option->rect.bottom(), option->rect.width(), 1),
             color(Tint::separator, option->palette));
         return;
+    }
+    if (element == CE_HeaderSection || element == CE_HeaderEmptyArea) {
+        const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option);
+        return drawHeaderSection(painter, option,
+                                 !header || header->position == QStyleOptionHeader::End);
     }
     if (element == CE_Splitter) {
         const QPoint middle = option->rect.center();
@@ -273,6 +308,10 @@ int FlatStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
     case PM_MenuHMargin:
     case PM_MenuVMargin:
         return spacing::tight;
+    case PM_HeaderMargin:
+        return spacing::small;
+    case PM_HeaderMarkSize:
+        return 12;
     case PM_SplitterWidth:
         return 1;
     default:

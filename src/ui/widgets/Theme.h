@@ -50,7 +50,7 @@ enum class TextRole { largeTitle, title2, title3, headline, body, callout, capti
 
 /// The font of a role, relative to the application's font.
 [[nodiscard]] QFont fontFor(TextRole role);
-/// The height of a line of it, pixels.
+/// The height of one line in a role, device-independent pixels.
 [[nodiscard]] int lineHeight(TextRole role);
 
 /// The grid that margins and gaps stand on, in device-independent pixels.
