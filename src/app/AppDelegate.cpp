@@ -6,7 +6,10 @@
 #include "platform/DesktopNotifications.h"
 #include "platform/SingleInstance.h"
 #include "platform/UserDefaults.h"
+#include "services/AnalyticsService.h"
+#include "services/CrashReporter.h"
 #include "services/LogManager.h"
+#include "services/UpdateManager.h"
 
 #include <memory>
 #include <semaphore>
@@ -24,21 +27,13 @@ Task<void> unmountAllAndSignal(AutoMountStrategy* strategy, std::shared_ptr<Sema
 
 } // namespace
 
-AppDelegate::AppDelegate(SingleInstance& instance, DesktopNotifications& notifications,
-                         NetworkMonitor& network, AutoMountStrategy& strategy,
-                         CacheDirectoryManager& cacheDirectory, UserDefaults& defaults,
-                         Scheduler& scheduler)
-    : m_instance(instance), m_notifications(notifications), m_network(network),
-      m_strategy(strategy), m_cacheDirectory(cacheDirectory), m_defaults(defaults),
-      m_scheduler(scheduler) {}
-
 bool AppDelegate::ensureSingleInstance() {
-    if (m_instance.isFirst())
+    if (m_services.instance.isFirst())
         return true;
     log(LogLevel::info,
         QStringLiteral("Another Harbrix instance is running. Activating it and exiting."),
         LogCategory::lifecycle);
-    m_instance.activateOther();
+    m_services.instance.activateOther();
     emit terminateRequested();
     return false;
 }
@@ -50,18 +45,24 @@ void AppDelegate::applicationDidFinishLaunching() {
         return;
     log(LogLevel::info, QStringLiteral("Harbrix application starting..."), LogCategory::lifecycle);
 
+    m_services.crashReporter.setBackendURL(QStringLiteral(HARBRIX_API_URL));
+    m_services.crashReporter.startMonitoring();
+    configureUpdates();
+
     emit statusItemRequested();
 
     requestNotificationPermission();
 
-    m_network.start();
+    m_services.network.start();
     log(LogLevel::info, QStringLiteral("Network monitoring started"), LogCategory::network);
 
-    m_strategy.start();
+    m_services.strategy.start();
     log(LogLevel::info, QStringLiteral("Auto-mount strategy started"), LogCategory::mount);
 
-    m_cacheDirectory.startPeriodicCleanup();
-    m_cacheDirectory.launch(m_cacheDirectory.performStartupCleanup());
+    m_services.cacheDirectory.startPeriodicCleanup();
+    m_services.cacheDirectory.launch(m_services.cacheDirectory.performStartupCleanup());
+
+    m_services.analytics.track(AnalyticsEvent::appLaunch);
 
     scheduleOnboarding();
     log(LogLevel::info, QStringLiteral("Harbrix application started successfully"),
@@ -69,8 +70,15 @@ void AppDelegate::applicationDidFinishLaunching() {
     emit launched();
 }
 
+void AppDelegate::configureUpdates() {
+    const QUrl feed(QStringLiteral(HARBRIX_WEB_URL "/updates/appcast.xml"), QUrl::StrictMode);
+    // Without the address of a web site there is only a path.
+    if (feed.isValid() && !feed.isRelative())
+        m_services.updates.configure(feed);
+}
+
 void AppDelegate::requestNotificationPermission() {
-    m_notifications.checkReachable([](const DesktopNotifications::Outcome& outcome) {
+    m_services.notifications.checkReachable([](const DesktopNotifications::Outcome& outcome) {
         if (outcome)
             log(LogLevel::info, QStringLiteral("Notification permission granted"));
         else
@@ -80,16 +88,16 @@ void AppDelegate::requestNotificationPermission() {
 }
 
 void AppDelegate::scheduleOnboarding() {
-    if (m_defaults.boolean(QLatin1String(hasCompletedOnboardingKey)).value_or(false))
+    if (m_services.defaults.boolean(QLatin1String(hasCompletedOnboardingKey)).value_or(false))
         return;
-    m_onboarding = m_scheduler.after(onboardingDelay, [this] { emit showOnboarding(); });
+    m_onboarding = m_services.scheduler.after(onboardingDelay, [this] { emit showOnboarding(); });
 }
 
 void AppDelegate::applicationWillTerminate() {
     log(LogLevel::info, QStringLiteral("Harbrix application terminating..."),
         LogCategory::lifecycle);
     const auto ended = std::make_shared<Semaphore>(0);
-    m_scheduler.post([strategy = &m_strategy, ended] {
+    m_services.scheduler.post([strategy = &m_services.strategy, ended] {
         strategy->launch(unmountAllAndSignal(strategy, ended));
     });
     [[maybe_unused]] const bool inTime = ended->try_acquire_for(terminationWait);

@@ -6,12 +6,29 @@
 
 namespace harbrix {
 
+class AnalyticsService;
 class AutoMountStrategy;
 class CacheDirectoryManager;
+class CrashReporter;
 class DesktopNotifications;
 class NetworkMonitor;
 class SingleInstance;
+class UpdateManager;
 class UserDefaults;
+
+/// What the launch starts, in the order of its steps, and what it needs for that.
+struct LaunchedServices {
+    SingleInstance& instance;
+    CrashReporter& crashReporter;
+    UpdateManager& updates;
+    DesktopNotifications& notifications;
+    NetworkMonitor& network;
+    AutoMountStrategy& strategy;
+    CacheDirectoryManager& cacheDirectory;
+    AnalyticsService& analytics;
+    const UserDefaults& defaults;
+    Scheduler& scheduler;
+};
 
 /// The start and the end of the process: one running instance, every service started in a fixed
 /// order, the automation stopped at quit. Main thread.
@@ -25,10 +42,7 @@ public:
     /// How long a quit blocks.
     static constexpr Seconds terminationWait{5.0};
 
-    AppDelegate(SingleInstance& instance, DesktopNotifications& notifications,
-                NetworkMonitor& network, AutoMountStrategy& strategy,
-                CacheDirectoryManager& cacheDirectory, UserDefaults& defaults,
-                Scheduler& scheduler);
+    explicit AppDelegate(const LaunchedServices& services) : m_services(services) {}
 
     /// Starts the services in order. Where another instance runs, brings that one to the front and
     /// asks for the end of this process instead.
@@ -50,16 +64,11 @@ signals:
 
 private:
     [[nodiscard]] bool ensureSingleInstance();
+    void configureUpdates();
     void requestNotificationPermission();
     void scheduleOnboarding();
 
-    SingleInstance& m_instance;
-    DesktopNotifications& m_notifications;
-    NetworkMonitor& m_network;
-    AutoMountStrategy& m_strategy;
-    CacheDirectoryManager& m_cacheDirectory;
-    UserDefaults& m_defaults;
-    Scheduler& m_scheduler;
+    const LaunchedServices m_services;
     Timer m_onboarding;
 };
 

@@ -19,6 +19,11 @@ std::unique_ptr<SecretStore> makeSecretStore(const AppDirectories& directories) 
     });
 }
 
+void openInDesktop(const QUrl& url) {
+    if (!openUrl(url))
+        log(LogLevel::warning, QStringLiteral("Nothing opens ") + url.toString(), LogCategory::ui);
+}
+
 } // namespace
 
 QString HarbrixApp::defaultsPath(const AppDirectories& directories) {
@@ -48,14 +53,17 @@ HarbrixApp::HarbrixApp()
       m_saver(m_configStore, m_keychain, m_strategy),
       m_cache(m_defaults, m_scheduler, m_directories.caches),
       m_cacheDirectory(m_cache, m_defaults, m_scheduler), m_recentFiles(m_defaults, m_scheduler),
+      m_crashReporter(m_directories.applicationSupport, m_directories.home),
+      m_updates(openInDesktop), m_analytics(m_defaults, m_directories.applicationSupport,
+                                            [this] { return m_scheduler.wallClock(); }),
       m_remoteControl({m_configStore, m_appState, m_keychain, m_engine, m_network, m_strategy}) {
     // The objects are there before the name is: who sees the name can call them.
     publish();
     m_instance = std::make_unique<SingleInstance>(QLatin1String(AppDelegate::applicationIdentifier),
                                                   m_directories.runtime);
-    m_appDelegate =
-        std::make_unique<AppDelegate>(*m_instance, *m_desktopNotifications, m_network, m_strategy,
-                                      m_cacheDirectory, m_defaults, m_scheduler);
+    m_appDelegate = std::make_unique<AppDelegate>(LaunchedServices{
+        *m_instance, m_crashReporter, m_updates, *m_desktopNotifications, m_network, m_strategy,
+        m_cacheDirectory, m_analytics, m_defaults, m_scheduler});
     connectParts();
 }
 
@@ -84,11 +92,6 @@ void HarbrixApp::connectParts() {
 }
 
 Environment HarbrixApp::environment() {
-    const auto open = [](const QUrl& url) {
-        if (!openUrl(url))
-            log(LogLevel::warning, QStringLiteral("Nothing opens ") + url.toString(),
-                LogCategory::ui);
-    };
     return {m_appState,
             m_configStore,
             m_languageManager,
@@ -96,7 +99,8 @@ Environment HarbrixApp::environment() {
             m_strategy,
             m_engine,
             m_saver,
-            open,
+            openInDesktop,
+            [this] { m_updates.checkForUpdates(); },
             {m_browserState, m_cache, m_recentFiles, m_scheduler,
              [](const QUrl& file) { showInFileViewer(file); },
              [this](const QString& fileName, TransferDirection direction) {
@@ -132,7 +136,8 @@ int HarbrixApp::run() {
 
 bool HarbrixApp::isBusy() const {
     return m_strategy.runningFlows() > 0 || m_saver.isSaving() ||
-           m_remoteControl.runningCalls() > 0 || workerPool().activeThreadCount() > 0;
+           m_remoteControl.runningCalls() > 0 || m_crashReporter.runningFlows() > 0 ||
+           workerPool().activeThreadCount() > 0;
 }
 
 } // namespace harbrix

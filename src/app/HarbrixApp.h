@@ -25,10 +25,13 @@
 #include "platform/SleepMonitor.h"
 #include "platform/UserDefaults.h"
 #include "platform/WiFiNetworkName.h"
+#include "services/AnalyticsService.h"
+#include "services/CrashReporter.h"
 #include "services/LanguageManager.h"
 #include "services/LogManager.h"
 #include "services/NotificationPreferences.h"
 #include "services/NotificationService.h"
+#include "services/UpdateManager.h"
 
 #include <memory>
 
@@ -85,6 +88,9 @@ private:
     CacheDirectoryManager m_cacheDirectory;
     RecentFilesTracker m_recentFiles;
     FileBrowserState m_browserState;
+    CrashReporter m_crashReporter;
+    UpdateManager m_updates;
+    AnalyticsService m_analytics;
     RemoteControl m_remoteControl;
     ApplicationObject m_applicationObject;
     std::unique_ptr<SingleInstance> m_instance;

@@ -44,6 +44,7 @@ struct Environment {
     ShareSaver& saver;
     /// Opens a folder in the file viewer, a page in the browser.
     std::function<void(const QUrl&)> openUrl;
+    std::function<void()> checkForUpdates;
     FileServices files;
 };
 

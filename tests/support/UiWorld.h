@@ -23,6 +23,7 @@ public:
     LanguageManager language{automation.defaults};
     ShareSaver saver{automation.store, automation.keychain, automation.strategy};
     std::vector<QUrl> opened;
+    int updateChecks = 0;
     CacheManager cache{automation.defaults, automation.scheduler, directory.filePath("caches")};
     RecentFilesTracker recentFiles{automation.defaults, automation.scheduler};
     FileBrowserState browserState;
@@ -37,6 +38,7 @@ public:
         automation.engine,
         saver,
         [this](const QUrl& url) { opened.push_back(url); },
+        [this] { ++updateChecks; },
         {browserState, cache, recentFiles, automation.scheduler,
          [this](const QUrl& file) { shownInFileViewer.push_back(file); },
          [this](const QString& fileName, TransferDirection) { finishedTransfers << fileName; }}};

@@ -32,7 +32,7 @@ protected:
 TEST_F(MenuTest, WithoutSharesOneRowStandsAboveTheCommands) {
     EXPECT_EQ(titles(content()),
               QStringList({"暂无 NAS 配置", "-", "立即挂载全部", "立即断开全部", "-", "打开主窗口",
-                           "-", "关于 Harbrix", "-", "退出 Harbrix"}));
+                           "检查更新...", "-", "关于 Harbrix", "-", "退出 Harbrix"}));
     EXPECT_EQ(content().front().kind, MenuEntry::Kind::row);
     EXPECT_EQ(content().back().keyEquivalent, "q");
 }
@@ -76,9 +76,10 @@ TEST_F(MenuTest, CommandsKeepTheirActionsWhileRowsComeAndGo) {
                      [&chosen](const MenuEntry& entry) { chosen.push_back(entry.command); });
     for (QAction* action : menu.actions())
         action->trigger();
-    EXPECT_EQ(chosen, (std::vector<MenuCommand>{MenuCommand::mountAll, MenuCommand::unmountAll,
-                                                MenuCommand::openMainWindow, MenuCommand::openAbout,
-                                                MenuCommand::quit}));
+    EXPECT_EQ(chosen,
+              (std::vector<MenuCommand>{MenuCommand::mountAll, MenuCommand::unmountAll,
+                                        MenuCommand::openMainWindow, MenuCommand::checkForUpdates,
+                                        MenuCommand::openAbout, MenuCommand::quit}));
 }
 
 TEST_F(MenuTest, MountedSharesCanBeBrowsedAndRecentFilesOpened) {

@@ -110,6 +110,8 @@ std::unique_ptr<StatusMenu> MenuBarController::makeMenu() {
 void MenuBarController::popUpMenu() {
     if (QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
         return openMainWindow();
+case MenuCommand::checkForUpdates:
+    return m_environment.checkForUpdates();
     m_poppedUp = true;
     m_menu->popup(QCursor::pos());
 }
