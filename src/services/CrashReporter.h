@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Result.h"
 #include "base/Scheduler.h"
 #include "base/TaskScope.h"
 
