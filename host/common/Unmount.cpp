@@ -61,8 +61,10 @@ std::expected<void, int> detachMount(const MountEntry& entry, DetachMode mode) {
     const std::size_t before = mountsAt(entry.mountPoint);
     if (runFusermount(entry, mode) || mountsAt(entry.mountPoint) < before)
         return {};
-    // fusermount3 tells only by text why it refused; ownership is the one reason other than a busy
-    // mount.
+    // fusermount3 tells only by text why it refused. Without this file it refuses everything; else
+    // ownership is the one reason other than a busy mount.
+    if (::access("/etc/mtab", F_OK) != 0)
+        return std::unexpected(ENOTSUP);
     const auto owner = entry.fuseOwner();
     return std::unexpected(owner && *owner != ::getuid() ? EPERM : EBUSY);
 }

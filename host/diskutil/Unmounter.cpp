@@ -123,6 +123,9 @@ std::string explain(const MountEntry& entry, int error) {
         return entry.mountPoint + " is busy: something on it is still in use";
     case EPERM:
         return entry.mountPoint + " is not yours to unmount";
+    case ENOTSUP:
+        return entry.mountPoint + ": fusermount3 needs /etc/mtab, which is missing here " +
+               "(as root: ln -s ../proc/self/mounts /etc/mtab)";
     case ETIMEDOUT:
         return entry.mountPoint + " does not answer; try 'unmount force'";
     default:
