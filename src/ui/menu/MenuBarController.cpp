@@ -110,8 +110,6 @@ std::unique_ptr<StatusMenu> MenuBarController::makeMenu() {
 void MenuBarController::popUpMenu() {
     if (QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
         return openMainWindow();
-case MenuCommand::checkForUpdates:
-    return m_environment.checkForUpdates();
     m_poppedUp = true;
     m_menu->popup(QCursor::pos());
 }
@@ -153,6 +151,8 @@ void MenuBarController::choose(const MenuEntry& entry) {
         return unmountAll();
     case MenuCommand::openMainWindow:
         return openMainWindow();
+    case MenuCommand::checkForUpdates:
+        return m_environment.checkForUpdates();
     case MenuCommand::openAbout:
         return openAbout();
     case MenuCommand::quit:
