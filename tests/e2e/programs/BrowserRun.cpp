@@ -126,9 +126,9 @@ private:
                               m_world.automation.network,
                               m_world.automation.strategy,
                               m_world.automation.engine,
+                              m_world.saver,
                               [](const QUrl&) {},
                               [] {},
-                              [](const QUrl&) {},
                               {m_world.browserState, m_cache, m_world.recentFiles, m_scheduler,
                                [](const QUrl&) {}, [](const QString&, TransferDirection) {}}};
     WindowScenes m_scenes{m_environment};
