@@ -69,6 +69,7 @@ void bench(int count) {
                                   world.automation.engine,
                                   world.saver,
                                   [](const QUrl&) {},
+                                  [] {},
                                   {world.browserState, cache, world.recentFiles, scheduler,
                                    [](const QUrl&) {}, [](const QString&, TransferDirection) {}}};
     const QString folder = world.directory.filePath(QStringLiteral("share"));
