@@ -66,7 +66,7 @@ TEST_F(MenuTest, CommandsKeepTheirActionsWhileRowsComeAndGo) {
     world.automation.add("First");
     world.automation.add("Second");
     menu.setContent(content());
-    EXPECT_EQ(menu.actions().size(), 11);
+    EXPECT_EQ(menu.actions().size(), 12);
     EXPECT_EQ(menu.actions().at(1)->text(), "⚪ Second  —  空闲");
     EXPECT_FALSE(menu.actions().at(1)->isEnabled());
     EXPECT_EQ(menu.actions().constLast(), quit);

@@ -34,9 +34,10 @@ TEST_F(TransferQueueTest, ShowsOneRowForEachTaskAndClearsThoseThatEnded) {
         return window().findChildren<TransferRow*>("transferRow").size() == 3 &&
                find("clearCompleted").isVisible();
     }));
-    EXPECT_FALSE(find("activeTransfers").isVisible());
+    // What is shown of a running task follows it by a moment.
+    EXPECT_TRUE(settleUntil([this] { return !find("activeTransfers").isVisible(); }));
     for (const TransferRow* row : window().findChildren<TransferRow*>("transferRow"))
-        EXPECT_EQ(row->status(), "Done");
+        EXPECT_TRUE(settleUntil([row] { return row->status() == "Done"; }));
     click("clearCompleted");
     EXPECT_TRUE(settleUntil(
         [this] { return find("noTransfers").isVisible() && !find("clearCompleted").isVisible(); }));
