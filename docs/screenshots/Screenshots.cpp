@@ -136,7 +136,7 @@ void Session::addSampleShares() {
 }
 
 void Session::takeMenu() {
-    StatusMenu menu;
+    StatusMenu menu(StatusMenu::ShownBy::Program);
     menu.setContent(menuContent(m_world.automation.store.configs(),
                                 m_world.automation.appState.nasStatuses(),
                                 m_world.recentFiles.recentFiles()));

@@ -129,6 +129,7 @@ TEST(HostTitle, KeepsNamesAsTheyAreInTheProtocolOfTheTray) {
     };
     for (const auto& [title, sent] : cases)
         EXPECT_EQ(hostTitle(title), sent);
+    EXPECT_EQ(ownTitle("my_nas & co\n"), "my_nas && co ");
 }
 
 } // namespace

@@ -94,12 +94,11 @@ std::unique_ptr<StatusMenu> MenuBarController::makeMenu() {
     auto menu = std::make_unique<StatusMenu>();
     m_menuIsOpen = false;
     m_hostTellsClosing = false;
-    m_poppedUp = false;
     connect(menu.get(), &StatusMenu::commandChosen, this, &MenuBarController::choose);
     connect(menu.get(), &QMenu::aboutToShow, this, &MenuBarController::menuWillOpen);
     connect(menu.get(), &QMenu::aboutToHide, this, [this] {
         m_menuIsOpen = false;
-        m_hostTellsClosing = m_hostTellsClosing || !std::exchange(m_poppedUp, false);
+        m_hostTellsClosing = true;
         scheduleRebuild();
     });
     return menu;
@@ -110,8 +109,11 @@ std::unique_ptr<StatusMenu> MenuBarController::makeMenu() {
 void MenuBarController::popUpMenu() {
     if (QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
         return openMainWindow();
-    m_poppedUp = true;
-    m_menu->popup(QCursor::pos());
+    // One of its own, as the one of the host is kept for the host in state and in writing.
+    m_popUp = std::make_unique<StatusMenu>(StatusMenu::ShownBy::Program);
+    connect(m_popUp.get(), &StatusMenu::commandChosen, this, &MenuBarController::choose);
+    m_popUp->setContent(content());
+    m_popUp->popup(QCursor::pos());
 }
 
 void MenuBarController::observeMenuBarIconState() {
@@ -213,11 +215,13 @@ void MenuBarController::scheduleRebuild() {
 }
 
 void MenuBarController::rebuild() {
-    if (!m_menu)
-        return;
-    m_menu->setContent(menuContent(m_environment.configStore.configs(),
-                                   m_environment.appState.nasStatuses(),
-                                   m_environment.files.recentFiles.recentFiles()));
+    if (m_menu)
+        m_menu->setContent(content());
+}
+
+std::vector<MenuEntry> MenuBarController::content() const {
+    return menuContent(m_environment.configStore.configs(), m_environment.appState.nasStatuses(),
+                       m_environment.files.recentFiles.recentFiles());
 }
 
 } // namespace harbrix

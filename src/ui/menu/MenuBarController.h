@@ -57,6 +57,7 @@ private:
     void menuWillOpen();
     void scheduleRebuild();
     void rebuild();
+    [[nodiscard]] std::vector<MenuEntry> content() const;
 
     Environment m_environment;
     WindowScenes& m_scenes;
@@ -64,12 +65,12 @@ private:
     TrayHost m_host;
     std::unique_ptr<StatusMenu> m_menu;
     std::unique_ptr<QSystemTrayIcon> m_statusItem; ///< goes before its menu
+    std::unique_ptr<StatusMenu> m_popUp;           ///< the latest one that was shown by a click
     QPointer<QWidget> m_aboutWindow;
     Timer m_wakeCheck;
     bool m_rebuildIsScheduled = false;
     bool m_menuIsOpen = false;
     bool m_hostTellsClosing = false; ///< only then "open" can be believed
-    bool m_poppedUp = false;         ///< shown by us, not by the host
 };
 
 /// The colour of the status item, the same on light and dark panels.

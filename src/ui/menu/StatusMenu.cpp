@@ -14,18 +14,20 @@ int columnsOf(QChar c) {
     return c.unicode() >= 0x1100 ? 2 : 1;
 }
 
-/// Cut in the middle: a row begins with a name and ends with what is wrong.
-QString bounded(const QString& title) {
+/// On one line, cut in the middle: a row begins with a name and ends with what is wrong.
+QString bounded(QString title) {
+    std::ranges::replace_if(
+        title, [](QChar c) { return c.category() == QChar::Other_Control; }, QLatin1Char(' '));
     const auto fits = [](auto begin, auto end, int columns) {
         auto at = begin;
         while (at != end && columns >= columnsOf(*at))
             columns -= columnsOf(*at++);
         return at;
     };
-    if (fits(title.begin(), title.end(), widestTitle) == title.end())
+    if (fits(title.cbegin(), title.cend(), widestTitle) == title.cend())
         return title;
-    auto head = fits(title.begin(), title.end(), widestTitle / 2) - title.begin();
-    auto tail = fits(title.rbegin(), title.rend(), widestTitle / 2 - 1) - title.rbegin();
+    auto head = fits(title.cbegin(), title.cend(), widestTitle / 2) - title.cbegin();
+    auto tail = fits(title.crbegin(), title.crend(), widestTitle / 2 - 1) - title.crbegin();
     if (title.at(head - 1).isHighSurrogate())
         --head;
     if (title.at(title.size() - tail).isLowSurrogate())
@@ -41,7 +43,7 @@ bool isSameEntry(const MenuEntry& a, const MenuEntry& b) {
 
 } // namespace
 
-StatusMenu::StatusMenu(QWidget* parent) : QMenu(parent) {
+StatusMenu::StatusMenu(ShownBy shownBy, QWidget* parent) : QMenu(parent), m_shownBy(shownBy) {
     setObjectName(QStringLiteral("statusMenu"));
     setToolTipsVisible(true);
 }
@@ -52,7 +54,7 @@ void StatusMenu::setContent(const std::vector<MenuEntry>& content) {
         appendTail({tail, content.end()});
     for (const MenuEntry& entry : std::span(tail, content.end()))
         if (entry.kind == MenuEntry::Kind::command)
-            m_commands.at(entry.command)->setText(hostTitle(entry.title));
+            m_commands.at(entry.command)->setText(titleOf(entry));
     setHead({content.begin(), tail});
 }
 
@@ -90,15 +92,21 @@ void StatusMenu::setHead(std::span<const MenuEntry> head) {
     m_headEntries.assign(head.begin(), head.end());
     auto action = m_head.begin();
     for (const MenuEntry& entry : head) {
-        (*action)->setText(hostTitle(entry.title));
+        (*action)->setText(titleOf(entry));
         (*action++)->setToolTip(entry.toolTip);
     }
 }
 
+QString StatusMenu::titleOf(const MenuEntry& entry) const {
+    return m_shownBy == ShownBy::Host ? hostTitle(entry.title) : ownTitle(entry.title);
+}
+
+QString ownTitle(const QString& title) {
+    return bounded(title).replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
 QString hostTitle(const QString& title) {
     QString shown = bounded(title);
-    std::ranges::replace_if(
-        shown, [](QChar c) { return c.category() == QChar::Other_Control; }, QLatin1Char(' '));
     shown.replace(QLatin1Char('_'), QLatin1String("__"));
     // Of the ampersands Qt turns the first into a mark for the access key and leaves the others.
     return shown.contains(QLatin1Char('&')) ? QLatin1Char('&') + shown : shown;

@@ -16,7 +16,10 @@ class StatusMenu : public QMenu {
     Q_OBJECT
 
 public:
-    explicit StatusMenu(QWidget* parent = nullptr);
+    /// Who draws it: each gives other characters a meaning of their own.
+    enum class ShownBy { Host, Program };
+
+    explicit StatusMenu(ShownBy shownBy = ShownBy::Host, QWidget* parent = nullptr);
 
     void setContent(const std::vector<MenuEntry>& content);
 
@@ -27,7 +30,9 @@ private:
     void appendTail(std::span<const MenuEntry> tail);
     void setHead(std::span<const MenuEntry> head);
     QAction* makeAction(const MenuEntry& entry);
+    [[nodiscard]] QString titleOf(const MenuEntry& entry) const;
 
+    ShownBy m_shownBy;
     std::vector<MenuEntry> m_headEntries;
     QList<QAction*> m_head;
     QAction* m_end = nullptr; ///< what follows the head
@@ -37,5 +42,7 @@ private:
 /// A title as a host of the tray shows it unchanged: without the special meaning that underscores
 /// and ampersands have there, on one line, and of bounded length.
 [[nodiscard]] QString hostTitle(const QString& title);
+/// The same for a menu that Qt draws.
+[[nodiscard]] QString ownTitle(const QString& title);
 
 } // namespace harbrix
