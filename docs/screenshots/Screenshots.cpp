@@ -245,6 +245,7 @@ void Session::takeBrowser() {
     });
     table->selectRow(2);
     save(window, QStringLiteral("browser"));
+    transfers.cancel(transfers.tasks()[1].id);
     (void) waitFor([&transfers] { return !transfers.isProcessing(); });
 
     ConflictResolutionSheet sheet(listed[2].name, &window);
