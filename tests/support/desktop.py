@@ -56,6 +56,12 @@ class Display:
         """The ids of the windows that xdotool's search finds."""
         return self._xdotool("search", *arguments, check=False).stdout.split()
 
+    def geometry(self, window):
+        """x, y, width, height; none of a window that is gone."""
+        answer = self._xdotool("getwindowgeometry", "--shell", window, check=False)
+        shown = dict(line.split("=") for line in answer.stdout.split())
+        return tuple(int(shown[name]) for name in ("X", "Y", "WIDTH", "HEIGHT")) if shown else None
+
     def click(self, place, button=1):
         self._xdotool("mousemove", "--sync", *place, "click", button)
 
