@@ -123,7 +123,7 @@ Result<void, SystemError> copyDirectory(const QByteArray& source, int directory,
                           error);
     if (!error)
         return {};
-    removeTree(directory, name);
+    (void) removeTree(directory, name);
     return std::unexpected(systemError(error.value()));
 }
 

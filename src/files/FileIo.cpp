@@ -73,7 +73,7 @@ void removeContents(UniqueDescriptor directory, dev_t device) {
         struct stat status {};
         if (::fstatat(descriptor, name.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
             status.st_dev == device)
-            removeTree(descriptor, name);
+            (void) removeTree(descriptor, name);
     }
 }
 
