@@ -150,8 +150,8 @@ void FuseSession::unmount() {
     // Only the mount of this session: another one may have come to the same place since.
     const MountTable table = MountTable::read();
     const MountEntry* entry = table.at(m_entry.mountPoint);
-    if (entry && entry->deviceMinor == m_entry.deviceMinor && entry->isFuse()) [[maybe_unused]]
-        const auto detached = detachMount(*entry, DetachMode::lazily);
+    if (entry && entry->deviceMinor == m_entry.deviceMinor && entry->isFuse())
+        (void) detachMount(*entry, DetachMode::lazily);
 }
 
 } // namespace harbrix

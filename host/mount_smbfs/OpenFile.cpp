@@ -33,7 +33,7 @@ Outcome<Answer> OpenFile::open(Access access, int creationFlags,
                                const std::optional<Answer>& known) {
     m_wanted |= static_cast<int>(access);
     if ((creationFlags & O_TRUNC) != 0) {
-        [[maybe_unused]] const auto flushed = flush();
+        (void) flush();
         m_readAhead.drop();
     }
     // A small file is read through one handle, so nothing but reading it need be asked.
@@ -131,8 +131,8 @@ Outcome<void> OpenFile::checkIdentity(Lane& lane) {
 
 void OpenFile::closeSlot(Lane& lane) {
     Slot& slot = m_slots[lane.index];
-    if (slot.file && slot.epoch == lane.connection.epoch()) [[maybe_unused]]
-        const auto closed = lane.connection.close(slot.file);
+    if (slot.file && slot.epoch == lane.connection.epoch())
+        (void) lane.connection.close(slot.file);
     slot.file = nullptr;
     m_occupied &= ~(1U << lane.index);
 }
@@ -156,7 +156,7 @@ void OpenFile::releaseHandles() {
 }
 
 void OpenFile::close() {
-    [[maybe_unused]] const auto flushed = flush();
+    (void) flush();
     m_isClosed = true;
     m_flushAlarm.cancel();
     m_readAhead.drop();
@@ -212,7 +212,7 @@ Outcome<Answer> OpenFile::attributes() {
     {
         Lock lock(m_mutex);
         // A failed write is told to the writer; whoever asks for the size gets the server's answer.
-        [[maybe_unused]] const auto drained = drain(lock);
+        (void) drain(lock);
     }
     const CallPlan plan{.allowed = usableLanes(~0U), .preferred = m_occupied};
     const auto info = m_services.link.call(plan, [&](Lane& lane) { return attributesOn(lane); });

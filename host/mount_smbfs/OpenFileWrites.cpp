@@ -138,7 +138,7 @@ Outcome<std::size_t> OpenFile::write(std::span<const char> bytes, off_t offset) 
         taken += count;
         if (block.size == BufferPool::blockSize) {
             // The bytes are taken over in any case; a failure to send them shows at the next call.
-            [[maybe_unused]] const auto submitted = submit(lock);
+            (void) submit(lock);
         }
     }
     return taken;
@@ -168,7 +168,7 @@ void OpenFile::submitLate() {
         scheduleFlush();
         return;
     }
-    [[maybe_unused]] const auto submitted = submit(lock);
+    (void) submit(lock);
 }
 
 Outcome<void> OpenFile::drain(Lock& lock) {

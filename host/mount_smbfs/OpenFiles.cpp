@@ -71,7 +71,7 @@ void OpenFiles::releaseHandlesWithin(Number top) {
     for (Number number : m_nodes.within(top, numbers)) {
         waitUntilClosed(number);
         if (const File file = find(number)) {
-            [[maybe_unused]] const auto flushed = file->flush();
+            (void) file->flush();
             file->releaseHandles();
         }
     }

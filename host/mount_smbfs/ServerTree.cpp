@@ -93,8 +93,8 @@ Outcome<void> ServerTree::removeFile(const std::string& path) {
         !setWritable(path, there->attributes.st_mode, true))
         return removed;
     const auto again = remove();
-    if (!again) [[maybe_unused]]
-        const auto restored = setWritable(path, there->attributes.st_mode, false);
+    if (!again)
+        (void) setWritable(path, there->attributes.st_mode, false);
     return again;
 }
 
@@ -110,8 +110,8 @@ Outcome<void> ServerTree::rename(const std::string& from, const std::string& to)
         !setWritable(to, there->attributes.st_mode, true))
         return renamed;
     const auto again = rename();
-    if (!again) [[maybe_unused]]
-        const auto restored = setWritable(to, there->attributes.st_mode, false);
+    if (!again)
+        (void) setWritable(to, there->attributes.st_mode, false);
     return again;
 }
 

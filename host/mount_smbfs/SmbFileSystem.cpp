@@ -129,8 +129,8 @@ Outcome<SmbFileSystem::Entry> SmbFileSystem::lookUp(Number parent, const std::st
     const File file = known ? m_files.find(*known) : nullptr;
     // The name of an open file may mean another one by now, so it is the server that is asked; what
     // was written so far must be there for that.
-    if (file) [[maybe_unused]]
-        const auto flushed = file->flush();
+    if (file)
+        (void) file->flush();
     const auto answer = file ? m_server.attributes(*target) : fetchNamed(parent, name);
     if (!answer)
         return std::unexpected(answer.error());
@@ -266,7 +266,7 @@ struct statvfs SmbFileSystem::capacity() {
 
 void SmbFileSystem::flushAll() {
     for (const File& file : m_files.all())
-        [[maybe_unused]] const auto flushed = file->flush();
+        (void) file->flush();
 }
 
 } // namespace harbrix
