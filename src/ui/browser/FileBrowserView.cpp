@@ -66,7 +66,6 @@ FileBrowserView::FileBrowserView(const Environment& environment, const NASConfig
     connect(&m_environment.languageManager, &LanguageManager::localeChanged, this,
             &FileBrowserView::retranslate);
     retranslate();
-    showItems();
     showState();
     m_flows.launch(start());
 }
@@ -235,8 +234,8 @@ void FileBrowserView::showState() {
     m_list->setLoading(m_fsManager.isLoading());
 }
 
-void FileBrowserView::showItems() {
-    m_list->setItems(m_fsManager.currentItems());
+void FileBrowserView::showItems(ListingChange change) {
+    m_list->setItems(m_fsManager.currentItems(), change);
 }
 
 void FileBrowserView::retranslate() {

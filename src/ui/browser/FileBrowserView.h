@@ -61,7 +61,7 @@ private:
     void askForDownloads();
     void download(const QUrl& chosen);
     void showState();
-    void showItems();
+    void showItems(ListingChange change);
     void retranslate();
 
     Environment m_environment;
