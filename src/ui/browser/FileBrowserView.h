@@ -59,7 +59,6 @@ private:
     void settleConflict(ConflictResolution resolution);
     Task<void> resolve(FileConflict conflict, ConflictResolution resolution);
     void askForDownloads();
-    void download(const QUrl& chosen);
     void showState();
     void showItems(ListingChange change);
     void retranslate();
