@@ -5,6 +5,7 @@
 #include "ui/about/AboutView.h"
 #include "ui/browser/FileBrowserWindow.h"
 #include "ui/main/MainWindowView.h"
+#include "ui/settings/SettingsView.h"
 #include "ui/widgets/Windows.h"
 
 #include <QWidget>
@@ -45,12 +46,16 @@ const WindowScenes::Scene* WindowScenes::sceneOf(const QString& identifier) {
          [](const Environment& environment) -> QWidget* {
              return new AboutView(environment, AboutInformation::ofThisBuild());
          }},
+        {QStringLiteral("settings"), "window.settings.title", SettingsView::defaultSize,
+         SettingsView::smallest,
+         [](const Environment& environment) -> QWidget* { return new SettingsView(environment); }},
     };
     const auto found = std::ranges::find(scenes, identifier, &Scene::identifier);
     return found == scenes.end() ? nullptr : &*found;
 }
 
 WindowScenes::WindowScenes(const Environment& environment) : m_environment(environment) {
+    m_environment.openWindow = [this](const QString& identifier) { open(identifier); };
     connect(&m_environment.languageManager, &LanguageManager::localeChanged, this,
             &WindowScenes::retranslate);
 }

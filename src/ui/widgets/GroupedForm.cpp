@@ -1,10 +1,14 @@
 #include "ui/widgets/GroupedForm.h"
 
 #include "ui/widgets/AccessibleRole.h"
+#include "ui/widgets/SymbolIcon.h"
 
 #include <QAbstractButton>
+#include <QAbstractSpinBox>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPushButton>
+#include <QScrollArea>
 
 namespace harbrix {
 namespace {
@@ -12,6 +16,12 @@ namespace {
 constexpr qreal cardRadius = 8;
 constexpr int labelGap = spacing::regular;
 constexpr int narrowestField = 168;
+constexpr int rowSymbolSize = 16;
+
+bool standsAtTheEdge(const QWidget* control) {
+    return qobject_cast<const QAbstractButton*>(control) ||
+           qobject_cast<const QAbstractSpinBox*>(control) || qobject_cast<const QLabel*>(control);
+}
 
 } // namespace
 
@@ -54,8 +64,7 @@ void Divider::paintEvent(QPaintEvent*) {
 
 FormRow::FormRow(QWidget* control, QWidget* parent)
     : QWidget(parent), m_label(new TextLabel(TextRole::body, Tint::primary)), m_control(control),
-      m_layout(new QBoxLayout(QBoxLayout::LeftToRight, this)),
-      m_compact(qobject_cast<QAbstractButton*>(control) != nullptr) {
+      m_layout(new QBoxLayout(QBoxLayout::LeftToRight, this)), m_compact(standsAtTheEdge(control)) {
     m_layout->setContentsMargins(spacing::medium, spacing::small, spacing::medium, spacing::small);
     m_layout->addWidget(m_label, m_compact ? 1 : 0);
     m_layout->addWidget(m_control, m_compact ? 0 : 1);
@@ -67,7 +76,19 @@ FormRow::FormRow(QWidget* control, QWidget* parent)
 
 void FormRow::setText(const QString& text) {
     m_label->setText(text);
-    m_control->setAccessibleName(text);
+    // A text tells of itself; its label says what it is about.
+    if (!qobject_cast<QLabel*>(m_control))
+        m_control->setAccessibleName(text);
+}
+
+void FormRow::setSymbol(const QString& name, int width) {
+    auto* frame = new QWidget;
+    frame->setFixedWidth(width);
+    auto* centred = new QHBoxLayout(frame);
+    centred->setContentsMargins(QMargins());
+    centred->addWidget(new SymbolView(name, rowSymbolSize, Tint::secondary), 0, Qt::AlignCenter);
+    m_layout->insertWidget(0, frame);
+    m_layout->setSpacing(spacing::small);
 }
 
 int FormRow::labelWidth() const {
@@ -98,12 +119,14 @@ FormSection::FormSection(QWidget* parent)
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(spacing::small);
     m_title->setContentsMargins(spacing::tight, 0, spacing::tight, 0);
+    m_title->hide();
     column->addWidget(m_title);
     column->addWidget(m_card);
 }
 
 void FormSection::setTitle(const QString& title) {
     m_title->setText(title);
+    m_title->setVisible(!title.isEmpty());
     m_card->setAccessibleName(title);
 }
 
@@ -123,6 +146,17 @@ TextLabel* FormSection::addNote() {
 void FormSection::addContent(QWidget* content) {
     content->setContentsMargins(spacing::medium, spacing::small, spacing::medium, spacing::small);
     m_card->addRow(content);
+}
+
+void FormSection::addButtons(const QList<QPushButton*>& buttons) {
+    auto* row = new QWidget;
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(QMargins());
+    layout->setSpacing(spacing::small);
+    for (QPushButton* button : buttons)
+        layout->addWidget(button);
+    layout->addStretch();
+    addContent(row);
 }
 
 GroupedForm::GroupedForm(QWidget* parent) : QWidget(parent), m_sections(new QVBoxLayout(this)) {
@@ -158,6 +192,20 @@ void GroupedForm::resizeEvent(QResizeEvent* event) {
     const int margin = std::max(int(spacing::regular), (width() - widest) / 2 + spacing::regular);
     m_sections->setContentsMargins(margin, spacing::regular, margin, spacing::huge);
     arrangeRows();
+}
+
+QScrollArea* makeFormArea(GroupedForm* form) {
+    form->setAutoFillBackground(false);
+    auto* scroll = new QScrollArea;
+    scroll->setObjectName(QStringLiteral("formScroll"));
+    scroll->setFocusPolicy(Qt::NoFocus); // it follows the control that has the focus
+    scroll->setWidget(form);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    scroll->viewport()->setAutoFillBackground(false);
+    return scroll;
 }
 
 } // namespace harbrix
