@@ -277,7 +277,7 @@
     </message>
     <message>
         <source>nas.networkBinding.ssid.add</source>
-        <translation>WLAN-Namen hinzufügen</translation>
+        <translation>WLAN-Name</translation>
     </message>
     <message>
         <source>nas.networkBinding.strategy</source>
@@ -780,7 +780,7 @@
     </message>
     <message>
         <source>transfer.eta</source>
-        <translation>Verbleibend: %@</translation>
+        <translation>Noch %@</translation>
     </message>
     <message>
         <source>transfer.failed</source>

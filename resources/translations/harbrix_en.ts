@@ -277,7 +277,7 @@
     </message>
     <message>
         <source>nas.networkBinding.ssid.add</source>
-        <translation>Add a Wi-Fi name</translation>
+        <translation>Wi-Fi name</translation>
     </message>
     <message>
         <source>nas.networkBinding.strategy</source>

@@ -229,7 +229,7 @@
     </message>
     <message>
         <source>nas.mountPointPlaceholder</source>
-        <translation>Dejar vacío para usar la ruta predeterminada</translation>
+        <translation>Vacío: ruta predeterminada</translation>
     </message>
     <message>
         <source>nas.mounting</source>
@@ -277,7 +277,7 @@
     </message>
     <message>
         <source>nas.networkBinding.ssid.add</source>
-        <translation>Añadir un nombre de wifi</translation>
+        <translation>Nombre de la wifi</translation>
     </message>
     <message>
         <source>nas.networkBinding.strategy</source>

@@ -229,7 +229,7 @@
     </message>
     <message>
         <source>nas.mountPointPlaceholder</source>
-        <translation>Laisser vide pour le chemin par défaut</translation>
+        <translation>Vide : chemin par défaut</translation>
     </message>
     <message>
         <source>nas.mounting</source>
@@ -277,7 +277,7 @@
     </message>
     <message>
         <source>nas.networkBinding.ssid.add</source>
-        <translation>Ajouter un nom de réseau Wi-Fi</translation>
+        <translation>Nom du Wi-Fi</translation>
     </message>
     <message>
         <source>nas.networkBinding.strategy</source>
@@ -745,7 +745,7 @@
     </message>
     <message>
         <source>status.mounting</source>
-        <translation>Montage en cours...</translation>
+        <translation>Montage...</translation>
     </message>
     <message>
         <source>status.offline</source>
@@ -753,11 +753,11 @@
     </message>
     <message>
         <source>status.unmounting</source>
-        <translation>Démontage en cours...</translation>
+        <translation>Démontage...</translation>
     </message>
     <message>
         <source>status.unmounting.a11y</source>
-        <translation>Démontage en cours</translation>
+        <translation>Démontage</translation>
     </message>
     <message numerus="yes">
         <source>transfer.activeCount</source>

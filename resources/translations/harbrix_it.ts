@@ -229,7 +229,7 @@
     </message>
     <message>
         <source>nas.mountPointPlaceholder</source>
-        <translation>Lasciare vuoto per il percorso predefinito</translation>
+        <translation>Vuoto: percorso predefinito</translation>
     </message>
     <message>
         <source>nas.mounting</source>
@@ -277,7 +277,7 @@
     </message>
     <message>
         <source>nas.networkBinding.ssid.add</source>
-        <translation>Aggiungi un nome Wi-Fi</translation>
+        <translation>Nome del Wi-Fi</translation>
     </message>
     <message>
         <source>nas.networkBinding.strategy</source>
@@ -745,7 +745,7 @@
     </message>
     <message>
         <source>status.mounting</source>
-        <translation>Montaggio in corso...</translation>
+        <translation>Montaggio...</translation>
     </message>
     <message>
         <source>status.offline</source>
@@ -753,11 +753,11 @@
     </message>
     <message>
         <source>status.unmounting</source>
-        <translation>Smontaggio in corso...</translation>
+        <translation>Smontaggio...</translation>
     </message>
     <message>
         <source>status.unmounting.a11y</source>
-        <translation>Smontaggio in corso</translation>
+        <translation>Smontaggio</translation>
     </message>
     <message numerus="yes">
         <source>transfer.activeCount</source>

@@ -229,7 +229,7 @@
     </message>
     <message>
         <source>nas.mountPointPlaceholder</source>
-        <translation>空欄の場合はデフォルトのパスを使用</translation>
+        <translation>空欄でデフォルトのパス</translation>
     </message>
     <message>
         <source>nas.mounting</source>
@@ -277,7 +277,7 @@
     </message>
     <message>
         <source>nas.networkBinding.ssid.add</source>
-        <translation>Wi-Fi の名前を追加</translation>
+        <translation>Wi-Fi の名前</translation>
     </message>
     <message>
         <source>nas.networkBinding.strategy</source>

@@ -277,7 +277,7 @@
     </message>
     <message>
         <source>nas.networkBinding.ssid.add</source>
-        <translation>Wi-Fi 이름 추가</translation>
+        <translation>Wi-Fi 이름</translation>
     </message>
     <message>
         <source>nas.networkBinding.strategy</source>

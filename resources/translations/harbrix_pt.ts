@@ -229,7 +229,7 @@
     </message>
     <message>
         <source>nas.mountPointPlaceholder</source>
-        <translation>Deixe em branco para usar o caminho padrão</translation>
+        <translation>Vazio: caminho padrão</translation>
     </message>
     <message>
         <source>nas.mounting</source>
@@ -277,7 +277,7 @@
     </message>
     <message>
         <source>nas.networkBinding.ssid.add</source>
-        <translation>Adicionar um nome de Wi-Fi</translation>
+        <translation>Nome do Wi-Fi</translation>
     </message>
     <message>
         <source>nas.networkBinding.strategy</source>

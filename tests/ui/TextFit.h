@@ -106,7 +106,7 @@ private:
         const auto* tool = qobject_cast<const QToolButton*>(&button);
         if (!button.text().isEmpty() &&
             !(tool && tool->toolButtonStyle() == Qt::ToolButtonIconOnly))
-            need(button, button.text(), button.sizeHint(), visibleSize(button));
+            need(button, button.text(), button.minimumSizeHint(), visibleSize(button));
     }
 
     void lookAt(const QComboBox& picker) {
@@ -178,15 +178,12 @@ protected:
             return m_size.width();
         case PdmHeight:
             return m_size.height();
-        case PdmDepth:
-            return 32;
-        case PdmDpiX:
-        case PdmDpiY:
-        case PdmPhysicalDpiX:
-        case PdmPhysicalDpiY:
-            return 96;
+        case PdmDevicePixelRatio:
+            return 1;
+        case PdmDevicePixelRatioScaled:
+            return int(devicePixelRatioFScale());
         default:
-            return QPaintDevice::metric(metric);
+            return 96; // dots per inch, and what nobody asks for
         }
     }
 
@@ -200,12 +197,15 @@ private:
         void drawPath(const QPainterPath&) override {}
         void drawPolygon(const QPointF*, int, PolygonDrawMode) override {}
         void drawTextItem(const QPointF&, const QTextItem& item) override {
+            // The ellipsis may be of another font than what it stands behind.
             if (item.text().contains(QChar(0x2026)))
-                cut << item.text();
+                cut << previous + item.text();
+            previous = item.text();
         }
         [[nodiscard]] Type type() const override { return User; }
 
         QStringList cut;
+        QString previous;
     };
 
     QSize m_size;

@@ -48,6 +48,8 @@ public:
     /// A control of fixed size stands at the trailing edge, whatever the width.
     [[nodiscard]] bool isCompact() const { return m_compact; }
     [[nodiscard]] int labelWidth() const;
+    /// What the hint in an empty field takes.
+    [[nodiscard]] int hintWidth() const;
     void setStacked(bool stacked, int labelColumn);
 
 protected:
