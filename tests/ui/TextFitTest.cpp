@@ -79,6 +79,7 @@ TEST_P(TextFitTest, MainWindow) {
     const NASConfig home = addShare("Home", Kind::mounted);
     addShare("Away", Kind::idle, "10.0.0.0/8");
     const NASConfig broken = addShare("Broken", failed);
+    addShare("PC", failed);
     const NASConfig mounting = addShare("Going", Kind::mounting);
     addShare("Leaving", Kind::unmounting);
     addShare("Offline", Kind::offline);
