@@ -1,9 +1,11 @@
 #include "ui/transfer/TransferRow.h"
 
 #include "files/FileUrl.h"
+#include "services/Text.h"
 #include "ui/widgets/SymbolIcon.h"
 
 #include <QFontMetrics>
+#include <QKeySequence>
 #include <QPainter>
 #include <QStyle>
 #include <QToolButton>
@@ -53,6 +55,24 @@ int statusWidth() {
         width = std::max(width, metrics.horizontalAdvance(statusText(task)) + 1);
     }
     return width;
+}
+
+/// Where there is no word of ours for it, the name of the key that does the same.
+QString titleOf(TransferAction action) {
+    const auto keyName = [](Qt::Key key) {
+        return QKeySequence(key).toString(QKeySequence::NativeText);
+    };
+    switch (action) {
+    case TransferAction::pause:
+        return keyName(Qt::Key_MediaPause);
+    case TransferAction::resume:
+        return keyName(Qt::Key_MediaPlay);
+    case TransferAction::retry:
+        return text("notification.action.retry");
+    case TransferAction::cancel:
+        return text("common.cancel");
+    }
+    return {};
 }
 
 } // namespace
@@ -179,6 +199,9 @@ void TransferRow::showButtons() {
             const ButtonLook look = lookOf(actions[place], m_task.status);
             button->setObjectName(QString::fromLatin1(look.name));
             button->setIcon(symbolIcon(QString::fromLatin1(look.symbol), look.tint));
+            const QString title = titleOf(actions[place]);
+            button->setToolTip(title);
+            button->setAccessibleName(title);
         } else {
             button->setObjectName({});
         }
