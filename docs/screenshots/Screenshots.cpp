@@ -329,6 +329,7 @@ int main(int argc, char** argv) {
     Theme theme(application);
     for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
         theme.setColorScheme(scheme);
+        theme.useLanguage(QLocale(rawValue(*language)));
         Session({scheme, *language, arguments.mid(3)}, folder).takeAll();
     }
     return 0;

@@ -81,6 +81,7 @@ QWidget* WindowScenes::make(const Scene& scene) const {
     QWidget* window = scene.makeContent(m_environment);
     window->setObjectName(scene.identifier);
     window->setWindowTitle(text(scene.title));
+    window->setLocale(m_environment.languageManager.locale());
     if (!scene.minimumSize.isEmpty()) {
         window->setMinimumSize(scene.minimumSize);
         window->resize(scene.defaultSize);
@@ -89,8 +90,10 @@ QWidget* WindowScenes::make(const Scene& scene) const {
 }
 
 void WindowScenes::retranslate() {
-    for (const auto& [identifier, window] : m_windows)
+    for (const auto& [identifier, window] : m_windows) {
         window->setWindowTitle(text(sceneOf(identifier)->title));
+        window->setLocale(m_environment.languageManager.locale());
+    }
 }
 
 } // namespace harbrix

@@ -5,6 +5,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractSpinBox>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
@@ -16,6 +17,7 @@ namespace {
 constexpr qreal cardRadius = 8;
 constexpr int labelGap = spacing::regular;
 constexpr int narrowestField = 168;
+constexpr int fieldPadding = 2 * spacing::medium; ///< more than a field has beside its text
 constexpr int rowSymbolSize = 16;
 
 bool standsAtTheEdge(const QWidget* control) {
@@ -95,6 +97,12 @@ int FormRow::labelWidth() const {
     return m_compact ? 0 : m_label->fontMetrics().horizontalAdvance(m_label->text());
 }
 
+int FormRow::hintWidth() const {
+    const auto* field = qobject_cast<QLineEdit*>(m_control);
+    return field ? field->fontMetrics().horizontalAdvance(field->placeholderText()) + fieldPadding
+                 : 0;
+}
+
 void FormRow::mouseReleaseEvent(QMouseEvent* event) {
     // The whole row of a switch is its target, as its label stands far from it.
     if (auto* button = qobject_cast<QAbstractButton*>(m_control);
@@ -110,6 +118,8 @@ void FormRow::setStacked(bool stacked, int labelColumn) {
     m_layout->setSpacing(stacked ? spacing::tight : labelGap);
     m_label->setMinimumWidth(stacked ? 0 : labelColumn);
     m_label->setMaximumWidth(stacked ? QWIDGETSIZE_MAX : labelColumn);
+    // A label keeps the hints of its former least width until it is set anew.
+    m_label->setIndent(m_label->indent());
 }
 
 FormSection::FormSection(QWidget* parent)
@@ -174,13 +184,16 @@ void GroupedForm::addSection(FormSection* section) {
 
 void GroupedForm::arrangeRows() {
     int labelColumn = 0;
+    int fieldColumn = narrowestField;
     for (const FormSection* section : m_all)
         for (const FormRow* row : section->rows())
-            if (!row->isHidden())
+            if (!row->isHidden()) {
                 labelColumn = std::max(labelColumn, row->labelWidth());
+                fieldColumn = std::max(fieldColumn, row->hintWidth());
+            }
     const int available =
         std::min(width(), widest) - 2 * spacing::regular - 2 * spacing::medium - labelGap;
-    const bool stacked = labelColumn + narrowestField > available;
+    const bool stacked = labelColumn + fieldColumn > available;
     for (const FormSection* section : m_all)
         for (FormRow* row : section->rows())
             row->setStacked(stacked, labelColumn);

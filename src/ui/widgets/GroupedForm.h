@@ -53,6 +53,8 @@ public:
     void setSymbol(const QString& name, int width);
     [[nodiscard]] bool isCompact() const { return m_compact; }
     [[nodiscard]] int labelWidth() const;
+    /// What the hint in an empty field takes.
+    [[nodiscard]] int hintWidth() const;
     void setStacked(bool stacked, int labelColumn);
 
 protected:
