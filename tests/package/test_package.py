@@ -110,6 +110,8 @@ class Contents(PackageTest):
         for folder in (self.root, self.symbols):
             for place, _, names in os.walk(folder):
                 for name in names:
+                    if os.path.islink(os.path.join(place, name)):
+                        continue
                     with open(os.path.join(place, name), "rb") as file:
                         content = file.read()
                     if name.endswith(".gz"):
@@ -174,22 +176,30 @@ class Dependencies(PackageTest):
         needed = called - OPTIONAL_PROGRAMS | {shutil.which("fusermount3") or "/usr/bin/fusermount3"}
         needed.update(glob.glob("/usr/lib/*/qt6/plugins/iconengines/libqsvgicon.so"))
         depends = self.names("Depends")
+        # A package may name its file with or without /usr in front.
+        owners = run("dpkg-query", "--search", *("*" + path.removeprefix("/usr") for path in sorted(needed)))
         for path in needed:
             with self.subTest(path):
-                owner = run("dpkg-query", "--search", "*" + path.removeprefix("/usr")).split(":")[0]
-                self.assertIn(owner, depends)
+                owner = re.search(rf"(?m)^([\w.+-]+)(?::\w+)?: (?:/usr)?{re.escape(path.removeprefix('/usr'))}$", owners)
+                self.assertIn(owner[1], depends)
+
+    def test_for_building_are_those_that_scripts_install(self):
+        asked = re.search(r"^Build-Depends:\n((?: .*\n)+)", source_text("packaging", "debian", "control"), re.M)[1]
+        asked = {line.split()[0].rstrip(",") for line in asked.splitlines()} - {"debhelper-compat"}
+        installed = set(re.findall(r"^build +(\S+)", source_text("scripts", "packages.txt"), re.M))
+        self.assertEqual(asked, installed)
 
     def test_can_be_had_on_a_machine_with_nothing(self):
-        if "Package:" not in run("apt-cache", "show", "libc6"):
-            self.skipTest("apt knows of no packages")
         status = os.path.join(self.folder, "status")
         with open(status, "w", encoding="utf-8"):
             pass
-        bare = ("-o", "Dir::State::status=" + status, "-o", "APT::Get::List-Cleanup=0")
-        plan = run("apt-get", "--simulate", *bare, "--no-install-recommends", "install", package("harbrix"))
-        self.assertIn("Inst harbrix ", plan)
-        for kind in ("Recommends", "Suggests"):
-            run("apt-get", "--simulate", *bare, "--no-install-recommends", "satisfy", field(kind))
+        apt = ("apt-get", "--simulate", "-o", "Dir::State::status=" + status, "--no-install-recommends")
+        try:
+            run(*apt, "satisfy", "libc6")
+        except AssertionError:
+            self.skipTest("apt has no lists of packages")
+        self.assertIn("Inst harbrix ", run(*apt, "install", package("harbrix")))
+        run(*apt, "satisfy", field("Recommends"), field("Suggests"))
 
 
 class Desktop(PackageTest):
@@ -213,7 +223,6 @@ class Desktop(PackageTest):
 
     def test_unit_is_valid_and_not_enabled(self):
         self.assertEqual(glob.glob(self.path("usr/lib/systemd/user/*.wants/*")), [])
-        self.assertEqual(glob.glob(self.path("etc/systemd/**"), recursive=True), [])
         if not shutil.which("systemd-analyze"):
             self.skipTest("systemd-analyze is not installed")
         with open(self.path(UNIT), encoding="utf-8") as file:
@@ -236,7 +245,6 @@ class ManualPages(PackageTest):
                 with gzip.open(self.path(name)) as packed, open(page, "wb") as file:
                     shutil.copyfileobj(packed, file)
                 run("mandoc", "-Tlint", "-Wwarning", page)
-                self.assertIn("NAME", run("mandoc", "-Tutf8", page))
 
 
 class Completion(PackageTest):
