@@ -7,6 +7,10 @@ add_library(harbrix_flags INTERFACE)
 target_compile_options(harbrix_flags INTERFACE
   -Wall -Wextra -Wpedantic -Werror -Wnon-virtual-dtor -Woverloaded-virtual -Wsuggest-override
   -fdiagnostics-color=auto)
+# Crash reports and the journal tell of source files; where somebody built them is not for others to know. Of the two
+# rules the later one is tried first. Tests find their samples by the full path.
+target_compile_options(harbrix_flags INTERFACE $<$<NOT:$<BOOL:$<TARGET_PROPERTY:HARBRIX_IS_TEST>>>:
+  -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${PROJECT_BINARY_DIR}=.>)
 target_compile_definitions(harbrix_flags INTERFACE
   HARBRIX_VERSION="${PROJECT_VERSION}" QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
   QT_NO_CAST_FROM_BYTEARRAY)
