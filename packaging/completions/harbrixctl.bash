@@ -3,20 +3,24 @@
 # Commands, options, operands and choices are read from the program's own help, so that they are those of the
 # program that is installed. Names of shares and settings come from the running program, if there is one.
 
-# The texts below "Commands:" of the overview.
+# The commands, a line each: "mount", "settings get". The first one of the overview is short, so that its line shows
+# in which column the summaries begin.
 _harbrixctl_commands() {
-    "$1" --help 2>/dev/null | sed -n '/^Commands:/,/^$/s/^  \([a-z][a-z-]*\) .*/\1/p'
+    "$1" --help 2>/dev/null | awk '
+        /^Commands:/ { inside = 1; next }
+        inside && $0 == "" { exit }
+        inside { if (!column) { match($0, /^ +[a-z-]+ +/); column = RLENGTH }
+                 name = substr($0, 3, column - 3); sub(/ +$/, "", name); print name }'
 }
 
-# What may stand at operand number $2 (from 0) of the command whose help is $1: "NAME|ID", "FILE", "get|set" and so on.
+# What may stand at operand number $3 (from 0) of the command $2 whose help is $1: "NAME|ID", "FILE" and so on.
 _harbrixctl_operand() {
-    local usage=${1%%$'\n'*} words
-    usage=${usage#Usage: harbrixctl * }
+    local usage=${1%%$'\n'*} words word place=0
+    usage=${usage#"Usage: harbrixctl $2"}
     read -ra words <<<"${usage//[][]/}"
-    local word place=0
     for word in "${words[@]}"; do
-        [[ $word == -* || $word == OPTION* ]] && continue
-        ((place++ == $2)) && printf '%s' "$word" && return
+        [[ $word == OPTION* ]] && continue
+        ((place++ == $3)) && printf '%s' "$word" && return
     done
 }
 
@@ -52,7 +56,7 @@ _harbrixctl_offer_files() {
 _harbrixctl_offer_value() {
     case $2 in
         'NAME|ID') _harbrixctl_offer "$(_harbrixctl_shares "$1")" "$3" ;;
-        KEY) _harbrixctl_offer "$("$1" settings list 2>/dev/null | sed -n 's/^\([A-Za-z][^ ]*\) .*/\1/p')" "$3" ;;
+        KEY) _harbrixctl_offer "$("$1" settings list 2>/dev/null | sed -n 's/^\([a-z][^ ]*\)  .*/\1/p')" "$3" ;;
         FILE) _harbrixctl_offer_files -f "$3" ;;
         FOLDER) _harbrixctl_offer_files -d "$3" ;;
         *\|*) _harbrixctl_offer "${2//|/$'\n'}" "$3" ;;
@@ -62,12 +66,23 @@ _harbrixctl_offer_value() {
 _harbrixctl() {
     local program=$1 current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
     COMPREPLY=()
+    local commands command=${COMP_WORDS[1]} operands=2 help
+    commands=$(_harbrixctl_commands "$program")
     if ((COMP_CWORD == 1)); then
-        _harbrixctl_offer "$(_harbrixctl_commands "$program")"$'\n--help\n--version' "$current"
+        _harbrixctl_offer "$(cut -d ' ' -f 1 <<<"$commands" | uniq)"$'\n--help\n--version' "$current"
         return
     fi
-    local command=${COMP_WORDS[1]} help
-    help=$("$program" "$command" --help 2>/dev/null) || return
+    if [[ $'\n'$commands == *$'\n'"$command "* ]]; then
+        if ((COMP_CWORD == 2)); then
+            _harbrixctl_offer "$(sed -n "s/^$command //p" <<<"$commands")" "$current"
+            return
+        fi
+        command+=" ${COMP_WORDS[2]}" operands=3
+    fi
+    # An unknown command stands nowhere in the list.
+    [[ $'\n'$commands$'\n' == *$'\n'"$command"$'\n'* ]] || return
+    # shellcheck disable=SC2086 # two words are two arguments
+    help=$("$program" $command --help 2>/dev/null) || return
 
     # "--option=value" comes as three words.
     [[ $current == = ]] && current='' previous=${COMP_WORDS[COMP_CWORD - 1]}
@@ -88,7 +103,7 @@ _harbrixctl() {
 
     # Which operand this is: options and their values do not count.
     local word place=0 isValue=no
-    for word in "${COMP_WORDS[@]:2:COMP_CWORD-2}"; do
+    for word in "${COMP_WORDS[@]:operands:COMP_CWORD-operands}"; do
         if [[ $word == --* ]]; then
             isValue=no
             [[ -z $(sed -n "/^  $word </p" <<<"$help") ]] || isValue=yes
@@ -100,5 +115,5 @@ _harbrixctl() {
             ((++place))
         fi
     done
-    _harbrixctl_offer_value "$program" "$(_harbrixctl_operand "$help" "$place")" "$current"
+    _harbrixctl_offer_value "$program" "$(_harbrixctl_operand "$help" "$command" "$place")" "$current"
 } && complete -F _harbrixctl harbrixctl

@@ -2,15 +2,13 @@
 zmodload zsh/zpty
 zpty shell zsh -f -i
 zpty -w shell "PS1=; fpath=(${(q)1} \$fpath); autoload -Uz compinit; compinit -u -D; zstyle ':completion:*' verbose yes"
-zpty -w shell "stty -echo columns 120 rows 200; LISTMAX=10000; setopt autolist nolistambiguous nomenucomplete; bindkey '^I' list-choices"
-zpty -w shell "print ready-\$((40 + 2))"
+# Redrawn before the mark is printed: the list would else come whenever no key is pending.
+zpty -w shell "show() { zle list-choices; zle -R; print; print -r -- listed-\$((40 + 2)) }; zle -N show; bindkey '^I' show"
+zpty -w shell "stty -echo columns 120 rows 200; print ready-\$((40 + 2))"
 while zpty -r shell line; do [[ $line == *ready-42* ]] && break; done
 zpty -n -w shell "$2"$'\t'
-# The list has come once the line below it is answered.
-zpty -n -w shell $'\025'
-zpty -w shell "print done-\$((40 + 2))"
 while zpty -r shell line; do
-    [[ $line == *done-42* ]] && break
+    [[ $line == *listed-42* ]] && break
     print -r -- "${line//$'\r'}"
 done
 zpty -d shell

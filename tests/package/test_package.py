@@ -263,7 +263,9 @@ class Completion(PackageTest):
                 raise RuntimeError(added.stderr)
         cls.environment = {**cls.harbrix.environment, "LC_ALL": "C.UTF-8",
                            "PATH": os.path.join(cls.root, "usr/bin") + ":" + os.environ["PATH"]}
-        cls.commands = re.findall(r"^  ([a-z-]+) ", cls.harbrix.ctl("--help").stdout, re.M)
+        lines = cls.harbrix.ctl("--help").stdout.split("Commands:\n")[1].split("\n\n")[0].splitlines()
+        column = re.match("  list +", lines[0]).end()
+        cls.commands = [tuple(line[:column].split()) for line in lines]
 
     def bash(self, *words):
         """What is offered for the last word."""
@@ -273,14 +275,16 @@ class Completion(PackageTest):
         return set(answer.split("\n")) - {""}
 
     def test_bash_offers_what_the_program_takes(self):
-        self.assertEqual(self.bash(""), {*self.commands, "--help", "--version"})
+        self.assertEqual(self.bash(""), {"--help", "--version", *(command[0] for command in self.commands)})
         self.assertEqual(self.bash("un"), {"unmount", "unmount-all"})
         for command in self.commands:
             with self.subTest(command):
-                told = self.harbrix.ctl(command, "--help").stdout
+                told = self.harbrix.ctl(*command, "--help").stdout
                 options = set(re.findall(r"^  (?:-h, )?(--[a-z-]+)", told, re.M))
                 self.assertIn("--help", options)
-                self.assertEqual(self.bash(command, "--"), options)
+                self.assertEqual(self.bash(*command, "--"), options)
+                if len(command) == 2:
+                    self.assertIn(command[1], self.bash(command[0], ""))
 
     def test_bash_offers_values_shares_and_files(self):
         os.makedirs(os.path.join(self.folder, "there", "mnt"), exist_ok=True)
@@ -312,7 +316,9 @@ class Completion(PackageTest):
     def test_zsh_offers_the_same(self):
         offered = self.zsh("harbrixctl ")
         for command in self.commands:
-            self.assertRegex(offered, rf"(?m)^{command} ")
+            self.assertRegex(offered, rf"(?m)^{command[0]} ")
+            if len(command) == 2:
+                self.assertRegex(self.zsh(f"harbrixctl {command[0]} "), rf"(?m)\b{command[1]}\b")
         self.assertIn("--smb-version", self.zsh("harbrixctl add --"))
         self.assertIn("Films", self.zsh("harbrixctl mount "))
         self.assertRegex(self.zsh("harbrixctl edit Films --protocol "), r"nfs\s+smb")
