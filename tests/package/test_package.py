@@ -208,7 +208,9 @@ class Desktop(PackageTest):
         with open(self.path(DESKTOP), encoding="utf-8") as file:
             entry = dict(line.rstrip("\n").split("=", 1) for line in file if "=" in line)
         self.assertTrue(os.access(self.path("usr/bin/" + entry["Exec"]), os.X_OK))
-        self.assertTrue(glob.glob(self.path(f"usr/share/icons/hicolor/scalable/apps/{entry['Icon']}.svg")))
+        login_item = re.search(r"Icon=([\w.]+)", source_text("src", "platform", "linux", "LoginItem.cpp"))[1]
+        for icon in (entry["Icon"], login_item):
+            self.assertTrue(os.path.exists(self.path(f"usr/share/icons/hicolor/scalable/apps/{icon}.svg")), icon)
         for key in ("GenericName", "Comment", "Keywords"):
             self.assertEqual([name for name in LANGUAGES if f"{key}[{name}]" not in entry], [], key)
 
@@ -232,8 +234,10 @@ class Desktop(PackageTest):
         unit = os.path.join(self.folder, "harbrix.service")
         with open(unit, "w", encoding="utf-8") as file:
             file.write(text.replace("/usr/bin/harbrix", self.path("usr/bin/harbrix")))
-        run("systemd-analyze", "--user", "--man=no", "verify", unit,
-            env={**os.environ, "XDG_RUNTIME_DIR": self.folder, "HOME": self.folder})
+        told = run("systemd-analyze", "--user", "--man=no", "verify", unit,
+                   env={**os.environ, "XDG_RUNTIME_DIR": self.folder, "HOME": self.folder})
+        # Of other units of this machine it may have a word to say, too.
+        self.assertEqual([line for line in told.splitlines() if "harbrix" in line], [])
 
 
 class ManualPages(PackageTest):
