@@ -47,11 +47,11 @@ class PrivateBus:
 
 
 class Harbrix:
-    """The program with a home, settings and a bus of its own in a temporary folder. `user`: the number of the
-    ordinary user that root runs it as."""
+    """The program with a home, settings and a bus of its own in a temporary folder. `build`: the build folder,
+    None for the installed program. `user`: the number of the ordinary user that root runs it as."""
 
     def __init__(self, build, user=None):
-        programs = os.path.join(os.path.abspath(build), "src", "app")
+        programs = os.path.join(os.path.abspath(build), "src", "app") if build else "/usr/bin"
         self.program = os.path.join(programs, "harbrix")
         self.control = os.path.join(programs, "harbrixctl")
         self.folder = tempfile.mkdtemp(prefix="harbrix-run-")

@@ -52,7 +52,7 @@ Result<void, SystemError> LoginItem::registerItem() const {
                                               "Type=Application\n"
                                               "Name=Harbrix\n"
                                               "Exec=%1\n"
-                                              "Icon=harbrix\n"
+                                              "Icon=com.harbrix.app\n"
                                               "Terminal=false\n")
                                    .arg(execArgument(m_command))
                                    .toUtf8());
