@@ -39,9 +39,7 @@ std::vector<QUuid> withoutCopy(const CacheIndex::Snapshot& entries) {
 /// The shortest form that reads back as the same number, with at least one digit after the point.
 QString decimalText(double value) {
     const QString text = QString::number(value, 'g', QLocale::FloatingPointShortest);
-    return value == static_cast<double>(static_cast<qint64>(value)) && !text.contains(u'e')
-               ? text + QStringLiteral(".0")
-               : text;
+    return text.contains(u'.') || text.contains(u'e') ? text : text + QStringLiteral(".0");
 }
 
 } // namespace

@@ -43,6 +43,9 @@ public:
     /// The same at leisure: offers are served one at a time after the call, and one that is still
     /// waiting is not taken twice.
     void offer(const QUrl& sourceURL, const QUuid& configID, const QString& relativePath);
+    /// Makes room for this many offers more. Without it, one of a hundred thousand would have to
+    /// move all the others, which takes longer than a frame.
+    void expectOffers(std::size_t count);
 
     /// Evicts until this many bytes more fit below the limit, or until nothing is left.
     Task<void> evictIfNeeded(qint64 requiredSpace);
@@ -93,6 +96,7 @@ private:
     Task<std::optional<CacheEntry>> enter(Offer offer, CopyOutcome outcome);
     Task<CopyOutcome> copyAfterEviction(CopyRequest request, CopyOutcome outcome);
     CacheEntry enterCopy(const Offer& offer, const CopyOutcome& outcome);
+    [[nodiscard]] CopyRequest requestFor(const Offer& offer, const QByteArray& directory) const;
     [[nodiscard]] CopyRequest requestFor(const Offer& offer) const;
     [[nodiscard]] qint64 roomLeft() const;
     Task<void> evict(qint64 requiredSpace);

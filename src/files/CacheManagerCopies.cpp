@@ -37,9 +37,12 @@ Task<std::optional<CacheEntry>> CacheManager::cacheFile(QUrl sourceURL, QUuid co
 }
 
 CopyRequest CacheManager::requestFor(const Offer& offer) const {
+    return requestFor(offer, nativePath(cacheDirectory()));
+}
+
+CopyRequest CacheManager::requestFor(const Offer& offer, const QByteArray& directory) const {
     return {nativePath(offer.sourceURL),
-            {nativePath(cacheDirectory()), cacheFolderName(offer.configID).toLatin1(),
-             offer.relativePath.toUtf8()},
+            {directory, cacheFolderName(offer.configID).toLatin1(), offer.relativePath.toUtf8()},
             m_index.find(offer.configID, offer.relativePath) != nullptr,
             isSafeRelativePath(offer.relativePath)};
 }
@@ -149,6 +152,10 @@ void CacheManager::offer(const QUrl& sourceURL, const QUuid& configID,
         m_flows.launch(serveOffers());
 }
 
+void CacheManager::expectOffers(std::size_t count) {
+    m_offered.reserve(m_offered.size() + static_cast<qsizetype>(count));
+}
+
 Task<void> CacheManager::serveOffers() {
     m_isServingOffers = true;
     while (!m_offers.empty()) {
@@ -164,9 +171,10 @@ Task<void> CacheManager::serveOffers() {
 Task<void> CacheManager::serveSomeOffers() {
     auto waiting = turn();
     const auto held = co_await waiting;
+    const QByteArray directory = nativePath(cacheDirectory());
     std::vector<CopyRequest> requests;
     for (std::size_t place = 0; place < std::min(m_offers.size(), offersAtOnce); ++place)
-        requests.push_back(requestFor(m_offers[place]));
+        requests.push_back(requestFor(m_offers[place], directory));
     setProcessing(mayCopy(requests));
     auto copying = onWorker([requests, room = roomLeft()] {
         return copyInTurn(requests, maxSingleFileSize, room, offersBudget);

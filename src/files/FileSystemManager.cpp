@@ -85,12 +85,22 @@ void FileSystemManager::finishLoad() {
     emit changed();
 }
 
-void FileSystemManager::setItems(std::vector<FileItem> items) {
-    const Items former =
-        std::exchange(m_items, std::make_shared<const std::vector<FileItem>>(std::move(items)));
-    emit itemsChanged();
+/// Blocks for a while: workers only.
+FileSystemManager::Listing FileSystemManager::compared(std::vector<FileItem> items,
+                                                       const Items& former) {
+    const bool isSame = showTheSame(*former, items);
+    return {std::move(items), isSame ? former : nullptr};
+}
+
+void FileSystemManager::setItems(Listing listing) {
+    // Another load may have brought its own since this one was compared.
+    const auto change = listing.sameAs == m_items ? ListingChange::IdsOnly : ListingChange::Rows;
+    listing.sameAs.reset();
+    Items former = std::exchange(
+        m_items, std::make_shared<const std::vector<FileItem>>(std::move(listing.items)));
+    emit itemsChanged(change);
     // To free a hundred thousand items takes longer than a frame.
-    workerPool().start([former] {});
+    workerPool().start([former = std::move(former)] {});
 }
 
 Task<void> FileSystemManager::loadDirectory(QUrl url) {
@@ -105,8 +115,12 @@ Task<void> FileSystemManager::loadDirectory(QUrl url) {
         isReachable = co_await testing;
     }
     if (isReachable) {
-        auto listing = onWorker([url, names = NaturalCompare(), now = m_scheduler.wallClock()] {
-            return listDirectory(url, names, now);
+        auto listing = onWorker([url, names = NaturalCompare(), now = m_scheduler.wallClock(),
+                                 former = m_items]() -> Result<Listing, SystemError> {
+            auto items = listDirectory(url, names, now);
+            if (!items)
+                return std::unexpected(items.error());
+            return compared(std::move(*items), former);
         });
         auto listed = co_await listing;
         // The window shows another directory by now, whose own load will end by itself.
@@ -141,14 +155,15 @@ Task<void> FileSystemManager::loadCachedDirectory() {
     co_await loaded;
     const int navigation = m_navigation;
     auto listing = onWorker([index = m_cache.index().snapshot(), id = m_configID,
-                             directory = relativePath(*m_currentPath), names = NaturalCompare()] {
-        return listFromCache(index, id, directory, names);
+                             directory = relativePath(*m_currentPath), names = NaturalCompare(),
+                             former = m_items] {
+        return compared(listFromCache(index, id, directory, names), former);
     });
-    auto items = co_await listing;
+    auto listed = co_await listing;
     if (navigation != m_navigation)
         co_return;
-    const auto count = items.size();
-    setItems(std::move(items));
+    const auto count = listed.items.size();
+    setItems(std::move(listed));
     if (count == 0) {
         m_lastError = text("filesystem.offline.empty");
         emit changed();
@@ -188,6 +203,8 @@ Task<void> FileSystemManager::prefetch(Items items) {
             return candidates;
         });
         const auto missing = co_await dropping;
+        if (!missing.empty())
+            m_cache.expectOffers(items->size() - start);
         for (const Candidate& candidate : missing)
             m_cache.offer(candidate.item->url, m_configID, candidate.relativePath);
     }

@@ -13,6 +13,9 @@ namespace harbrix {
 
 class CacheManager;
 
+/// What a listing has changed of the rows. Their ids are new in any case.
+enum class ListingChange { Rows, IdsOnly };
+
 /// The model behind one browser window: the directory on screen and what it holds. Lists the share
 /// while it can be reached and the cache from the moment on when it cannot; there is no way back
 /// but a new window. A live listing also feeds the cache.
@@ -58,17 +61,23 @@ public:
 signals:
     /// Something of the above but the items has changed.
     void changed();
-    void itemsChanged();
+    void itemsChanged(ListingChange change);
 
 private:
     // A tick that finds this many loads under way is left out: a share that hangs would take one
     // worker after the other.
     static constexpr int maxOverlappingTicks = 4;
 
+    struct Listing {
+        std::vector<FileItem> items;
+        Items sameAs; ///< the listing before, if this one shows the same
+    };
+
+    [[nodiscard]] static Listing compared(std::vector<FileItem> items, const Items& former);
     Task<void> refreshByTimer();
     Task<void> prefetch(Items items);
     void finishLoad();
-    void setItems(std::vector<FileItem> items);
+    void setItems(Listing listing);
 
     const QUrl m_mountPoint;
     const QString m_mountPath;

@@ -1,6 +1,9 @@
-// Times how long the browser window takes to show folders of as many entries as the arguments say,
-// and a refresh of them, and for how long its event loop serves nothing meanwhile. `ls -l` of the
-// same folder stands beside it. Judges nothing.
+// Times how long the browser window takes to show a folder, and a refresh of it, and for how long
+// its event loop serves nothing meanwhile. `ls -l` of the same folder stands beside it. Judges
+// nothing.
+//
+//     browser_bench COUNT...     folders of so many entries on the local disk
+//     browser_bench --of DIR...  folders that are there
 
 #include "base/Scheduler.h"
 #include "support/UiWorld.h"
@@ -15,6 +18,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QTableView>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <algorithm>
@@ -55,7 +59,7 @@ double secondsOfLs(const QString& folder) {
     return static_cast<double>(timer.nsecsElapsed()) / 1e9;
 }
 
-void bench(int count) {
+void bench(const QString& folder, int count) {
     UiWorld world;
     RealScheduler scheduler;
     // Nothing is to be copied into the cache meanwhile.
@@ -72,11 +76,6 @@ void bench(int count) {
                                   [] {},
                                   {world.browserState, cache, world.recentFiles, scheduler,
                                    [](const QUrl&) {}, [](const QString&, TransferDirection) {}}};
-    const QString folder = world.directory.filePath(QStringLiteral("share"));
-    QDir().mkpath(folder);
-    for (int number = 0; number < count; ++number)
-        (void) QFile(QStringLiteral("%1/IMG_%2 of the holidays.jpg").arg(folder).arg(number))
-            .open(QFile::WriteOnly);
     const double ls = std::min(secondsOfLs(folder), secondsOfLs(folder));
 
     WindowScenes scenes(environment);
@@ -96,6 +95,14 @@ void bench(int count) {
                 refreshed.stall);
 }
 
+void benchLocal(int count) {
+    const QTemporaryDir folder;
+    for (int number = 0; number < count; ++number)
+        (void) QFile(folder.filePath(QStringLiteral("IMG_%1 of the holidays.jpg").arg(number)))
+            .open(QFile::WriteOnly);
+    bench(folder.path(), count);
+}
+
 } // namespace
 } // namespace harbrix
 
@@ -103,7 +110,13 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     const harbrix::Theme theme(application);
-    for (const QString& count : QCoreApplication::arguments().mid(1))
-        harbrix::bench(count.toInt());
+    const QStringList words = QCoreApplication::arguments().mid(1);
+    if (words.value(0) == QLatin1String("--of")) {
+        for (const QString& folder : words.mid(1))
+            harbrix::bench(folder, static_cast<int>(QDir(folder).count() - 2)); // less . and ..
+    } else {
+        for (const QString& count : words)
+            harbrix::benchLocal(count.toInt());
+    }
     return 0;
 }

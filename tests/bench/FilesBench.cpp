@@ -1,12 +1,13 @@
 // Times listing, prefetching and transfers against ls and cp in the same folder and run. Prints the
 // ratios and never fails on them:
 //
-//     files_bench [--folder DIR] [--share DIR] [--runs N] listing COUNT...
+//     files_bench [--folder DIR] [--share DIR [--behind DIR]] [--runs N] listing COUNT...
 //     files_bench [...] prefetch COUNT BYTES
 //     files_bench [...] transfer BYTES
 //
-// Files are made below --share (a mounted share, say) and copied below --folder; both default to a
-// temporary folder. Each figure is the best of the runs, with the caches of the system warm.
+// Files are read from --share (a mounted share, say) and copied below --folder; both default to a
+// temporary folder. They are made below --behind, the folder that the share shows, which is
+// quicker. Each figure is the best of the runs, with the caches of the system warm.
 
 #include "base/Scheduler.h"
 #include "files/CacheManager.h"
@@ -35,6 +36,7 @@ namespace {
 struct Place {
     QString folder;
     QString share;
+    QString behind; ///< the same folder as `share`, without the share in between
     int runs = 3;
 };
 
@@ -100,7 +102,7 @@ void report(const char* what, double ours, const char* toolName, double tool) {
 
 void benchListing(const Place& place, int count) {
     const QString folder = place.share + QStringLiteral("/listing");
-    makeFiles(folder, count, 0);
+    makeFiles(place.behind + QStringLiteral("/listing"), count, 0);
     const double tool = best(place.runs, [&] {
         return secondsOfTool(QStringLiteral("ls"), {"-l", folder});
     });
@@ -127,12 +129,12 @@ void benchListing(const Place& place, int count) {
     });
     report(qPrintable(QStringLiteral("listing %1").arg(count)), ours, "ls -l", tool);
     std::printf("    longest stall of the event loop %.1f ms\n", stall);
-    QDir(folder).removeRecursively();
+    QDir(place.behind + QStringLiteral("/listing")).removeRecursively();
 }
 
 void benchPrefetch(const Place& place, int count, qint64 size) {
     const QString share = place.share + QStringLiteral("/prefetch");
-    makeFiles(share, count, size);
+    makeFiles(place.behind + QStringLiteral("/prefetch"), count, size);
     const QString copies = place.folder + QStringLiteral("/copies");
     QDir().mkpath(copies);
     const double tool = best(place.runs, [&] {
@@ -160,12 +162,12 @@ void benchPrefetch(const Place& place, int count, qint64 size) {
     report(qPrintable(QStringLiteral("prefetching %1 of %2").arg(count).arg(size)), ours, "cp -r",
            tool);
     std::printf("    longest stall of the event loop %.1f ms\n", stall);
-    QDir(share).removeRecursively();
+    QDir(place.behind + QStringLiteral("/prefetch")).removeRecursively();
 }
 
 void benchTransfer(const Place& place, qint64 size) {
     const QString source = place.share + QStringLiteral("/transfer");
-    writeFile(source, size);
+    writeFile(place.behind + QStringLiteral("/transfer"), size);
     const QString target = place.folder + QStringLiteral("/target");
     QDir().mkpath(target);
     const QString copy = target + QStringLiteral("/transfer");
@@ -199,7 +201,7 @@ void benchTransfer(const Place& place, qint64 size) {
     report(qPrintable(QStringLiteral("transfer of %1").arg(size)), ours, "cp", tool);
     report("    the same against dd", ours, "dd bs=1M", readWrite);
     std::printf("    longest stall of the event loop %.1f ms\n", stall);
-    QFile::remove(source);
+    QFile::remove(place.behind + QStringLiteral("/transfer"));
 }
 
 } // namespace
@@ -208,7 +210,8 @@ int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     QCommandLineParser parser;
     parser.addOptions({{QStringLiteral("folder"), QStringLiteral("where copies go"), "dir"},
-                       {QStringLiteral("share"), QStringLiteral("where files are made"), "dir"},
+                       {QStringLiteral("share"), QStringLiteral("where files are read"), "dir"},
+                       {QStringLiteral("behind"), QStringLiteral("where they are made"), "dir"},
                        {QStringLiteral("runs"), QStringLiteral("runs of each"), "n", "3"}});
     parser.addPositionalArgument(QStringLiteral("what"),
                                  QStringLiteral("listing, prefetch or transfer, and its numbers"));
@@ -217,7 +220,10 @@ int main(int argc, char** argv) {
     const auto folderOf = [&](const QString& option) {
         return parser.isSet(option) ? parser.value(option) : temporary.path();
     };
-    const Place place{folderOf(QStringLiteral("folder")), folderOf(QStringLiteral("share")),
+    const QString share = folderOf(QStringLiteral("share"));
+    const QString behind = QStringLiteral("behind");
+    const Place place{folderOf(QStringLiteral("folder")), share,
+                      parser.isSet(behind) ? parser.value(behind) : share,
                       parser.value(QStringLiteral("runs")).toInt()};
     const QStringList words = parser.positionalArguments();
     if (words.value(0) == QLatin1String("listing")) {

@@ -14,6 +14,7 @@ import unittest
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 sys.path.insert(0, os.path.join(ROOT, "support"))
+from desktop import Display  # noqa: E402
 from smb_server import SmbServer  # noqa: E402
 
 SKIP = 77
@@ -52,11 +53,11 @@ def read(*path):
 class Window:
     """The program that drives the window, one command at a time."""
 
-    def __init__(self, program, mount_point, home):
-        environment = {"HOME": home, "PATH": os.defpath, "QT_QPA_PLATFORM": "offscreen",
-                       "LC_ALL": "C.UTF-8", "XDG_RUNTIME_DIR": home,
+    def __init__(self, program, mount_point, home, display):
+        environment = {"HOME": home, "PATH": os.defpath, "LC_ALL": "C.UTF-8", "XDG_RUNTIME_DIR": home,
+                       "DISPLAY": display, "QT_QPA_PLATFORM": "xcb",
                        "DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
-        for name in ("ASAN_OPTIONS", "LSAN_OPTIONS", "QT_QPA_PLATFORM"):
+        for name in ("ASAN_OPTIONS", "LSAN_OPTIONS"):
             if name in os.environ:
                 environment[name] = os.environ[name]
         self.process = subprocess.Popen([program, mount_point], env=environment, text=True,
@@ -99,7 +100,9 @@ class Browser(unittest.TestCase):
         self.server.start()
         self.mount()
         self.addCleanup(self.unmount)
-        self.window = Window(PROGRAM, self.point, self.base)
+        display = Display()
+        self.addCleanup(display.close)
+        self.window = Window(PROGRAM, self.point, self.base, display.name)
         self.addCleanup(self.window.close)
 
     def mount(self):
@@ -171,8 +174,8 @@ class Browser(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    if not os.access("/dev/fuse", os.R_OK | os.W_OK) or not SmbServer.PROGRAM:
-        print("skipped: needs /dev/fuse and smbd")
+    if not os.access("/dev/fuse", os.R_OK | os.W_OK) or not SmbServer.PROGRAM or not shutil.which("Xvfb"):
+        print("skipped: needs /dev/fuse, smbd and Xvfb")
         sys.exit(SKIP)
     PROGRAM = os.path.abspath(sys.argv.pop(1))
     unittest.main(verbosity=2)

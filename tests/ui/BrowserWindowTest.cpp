@@ -157,6 +157,10 @@ TEST_F(BrowserWindowTest, DownloadsGoToTheChosenPlace) {
     click("download");
     auto& panel = find<QFileDialog>("savePanel");
     EXPECT_EQ(QFileInfo(panel.selectedFiles().value(0)).fileName(), "Downloads");
+    // The user takes the time that a listing takes.
+    FileSystemManager& files = view().fsManager();
+    files.launch(files.refresh());
+    ASSERT_TRUE(settleUntil([&files] { return !files.isLoading(); }));
     panel.setDirectory(local());
     panel.selectFile("Downloads");
     // That it is there already makes no difference.

@@ -66,7 +66,6 @@ FileBrowserView::FileBrowserView(const Environment& environment, const NASConfig
     connect(&m_environment.languageManager, &LanguageManager::localeChanged, this,
             &FileBrowserView::retranslate);
     retranslate();
-    showItems();
     showState();
     m_flows.launch(start());
 }
@@ -214,16 +213,17 @@ Task<void> FileBrowserView::resolve(FileConflict conflict, ConflictResolution re
     m_transferManager.enqueueUpload(conflict.source, directory);
 }
 
+// What is selected now is what the panel asks about: listings that come while it is open do not
+// change that.
 void FileBrowserView::askForDownloads() {
     auto* panel = new SavePanel(this);
-    connect(panel, &SavePanel::chosen, this, &FileBrowserView::download);
+    connect(
+        panel, &SavePanel::chosen, this,
+        [this, items = m_fsManager.currentItems(), selected = m_selectedItems](const QUrl& chosen) {
+            for (const Download& wanted : planDownload(*items, selected, chosen))
+                m_transferManager.enqueueDownload(wanted.source, wanted.directory);
+        });
     panel->open();
-}
-
-void FileBrowserView::download(const QUrl& chosen) {
-    for (const Download& wanted :
-         planDownload(*m_fsManager.currentItems(), m_selectedItems, chosen))
-        m_transferManager.enqueueDownload(wanted.source, wanted.directory);
 }
 
 void FileBrowserView::showState() {
@@ -235,8 +235,8 @@ void FileBrowserView::showState() {
     m_list->setLoading(m_fsManager.isLoading());
 }
 
-void FileBrowserView::showItems() {
-    m_list->setItems(m_fsManager.currentItems());
+void FileBrowserView::showItems(ListingChange change) {
+    m_list->setItems(m_fsManager.currentItems(), change);
 }
 
 void FileBrowserView::retranslate() {

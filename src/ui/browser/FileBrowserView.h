@@ -59,9 +59,8 @@ private:
     void settleConflict(ConflictResolution resolution);
     Task<void> resolve(FileConflict conflict, ConflictResolution resolution);
     void askForDownloads();
-    void download(const QUrl& chosen);
     void showState();
-    void showItems();
+    void showItems(ListingChange change);
     void retranslate();
 
     Environment m_environment;

@@ -13,10 +13,8 @@ FileListModel::FileListModel(const Scheduler& clock, QObject* parent)
     setLocale(QLocale());
 }
 
-void FileListModel::setItems(const Items& items) {
-    if (items == m_items)
-        return;
-    if (showTheSame(*m_items, *items)) {
+void FileListModel::setItems(const Items& items, ListingChange change) {
+    if (change == ListingChange::IdsOnly) {
         m_items = items;
         return;
     }

@@ -20,8 +20,8 @@ public:
 
     explicit FileListModel(const Scheduler& clock, QObject* parent = nullptr);
 
-    /// A listing that shows the same as the former one leaves all rows where they are.
-    void setItems(const Items& items);
+    /// A listing that changes no row leaves all of them where they are.
+    void setItems(const Items& items, ListingChange change);
     void setLocale(const QLocale& locale);
 
     [[nodiscard]] const FileItem& item(int row) const {

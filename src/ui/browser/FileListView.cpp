@@ -147,11 +147,11 @@ void FileListView::showPage() {
     m_pages->setCurrentIndex(static_cast<int>(contentsToShow(m_isLoading, m_model.rowCount() > 0)));
 }
 
-void FileListView::setItems(const FileListModel::Items& items) {
+void FileListView::setItems(const FileListModel::Items& items, ListingChange change) {
     m_isListing = true;
     QScrollBar* bar = m_table->verticalScrollBar();
     const int scrolledTo = bar->value();
-    m_model.setItems(items);
+    m_model.setItems(items, change);
     m_table->selectionModel()->clearSelection();
     bar->setValue(scrolledTo);
     m_isListing = false;

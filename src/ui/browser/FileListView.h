@@ -25,7 +25,7 @@ class FileListView : public QWidget {
 public:
     explicit FileListView(const Scheduler& clock, QWidget* parent = nullptr);
 
-    void setItems(const FileListModel::Items& items);
+    void setItems(const FileListModel::Items& items, ListingChange change);
     void setLoading(bool isLoading);
     void retranslate(const QLocale& locale);
 

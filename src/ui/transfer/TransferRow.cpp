@@ -1,8 +1,10 @@
 #include "ui/transfer/TransferRow.h"
 
 #include "files/FileUrl.h"
+#include "services/Text.h"
 #include "ui/widgets/SymbolIcon.h"
 
+#include <QKeySequence>
 #include <QPainter>
 #include <QStyle>
 #include <QToolButton>
@@ -38,6 +40,24 @@ ButtonLook lookOf(TransferAction action, TransferStatus status) {
     }
     return {"cancelTransfer", "xmark",
             status == TransferStatus::failed ? Tint::secondary : Tint::primary};
+}
+
+/// Where there is no word of ours for it, the name of the key that does the same.
+QString titleOf(TransferAction action) {
+    const auto keyName = [](Qt::Key key) {
+        return QKeySequence(key).toString(QKeySequence::NativeText);
+    };
+    switch (action) {
+    case TransferAction::pause:
+        return keyName(Qt::Key_MediaPause);
+    case TransferAction::resume:
+        return keyName(Qt::Key_MediaPlay);
+    case TransferAction::retry:
+        return text("notification.action.retry");
+    case TransferAction::cancel:
+        return text("common.cancel");
+    }
+    return {};
 }
 
 } // namespace
@@ -163,6 +183,9 @@ void TransferRow::showButtons() {
             const ButtonLook look = lookOf(actions[place], m_task.status);
             button->setObjectName(QString::fromLatin1(look.name));
             button->setIcon(symbolIcon(QString::fromLatin1(look.symbol), look.tint));
+            const QString title = titleOf(actions[place]);
+            button->setToolTip(title);
+            button->setAccessibleName(title);
         } else {
             button->setObjectName({});
         }

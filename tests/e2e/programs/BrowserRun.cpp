@@ -24,11 +24,11 @@
 #include "ui/widgets/Theme.h"
 
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QDropEvent>
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
 #include <QTableView>
@@ -102,8 +102,7 @@ private:
             return false;
         panel->setDirectory(QFileInfo(directory).path());
         panel->selectFile(QFileInfo(directory).fileName());
-        QTest::keyClick(panel->findChild<QLineEdit*>(QStringLiteral("fileNameEdit")),
-                        Qt::Key_Return);
+        panel->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
         return true;
     }
     QString transfers(std::size_t count) {
