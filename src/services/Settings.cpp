@@ -91,7 +91,7 @@ std::vector<Setting> makeSettings() {
         number("mount.defaultRetryInterval", 10, {5, 60, 5}, seconds(),
                "kept, and read by nothing"),
         toggle(LogManager::debugModeKey, false, "switching it on sets log.minimumLevel to 0, too"),
-        integer(LogManager::logLevelKey, 0, {0, 4, 1}, {},
+        integer(LogManager::logLevelKey, 0, {0, 4, 0}, {},
                 "0 debug, 1 information, 2 warnings, 3 errors, 4 critical errors alone"),
         toggle(LogManager::fileLoggingKey, false, "write the log to a file, too"),
         toggle(AnalyticsService::enabledKey, true,
@@ -189,7 +189,7 @@ QStringList similarSettingKeys(const QString& unknownKey) {
         if (isPart || distance <= setting.key.size() / 3)
             similar.emplace_back(isPart ? 0 : distance, setting.key);
     }
-    std::ranges::stable_sort(similar, {}, &std::pair<qsizetype, QString>::first);
+    std::ranges::sort(similar);
     QStringList keys;
     for (const auto& [distance, key] : similar)
         keys << key;
