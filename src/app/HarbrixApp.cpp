@@ -56,7 +56,12 @@ HarbrixApp::HarbrixApp()
       m_crashReporter(m_directories.applicationSupport, m_directories.home),
       m_updates(openInDesktop), m_analytics(m_defaults, m_directories.applicationSupport,
                                             [this] { return m_scheduler.wallClock(); }),
-      m_remoteControl({m_configStore, m_appState, m_keychain, m_engine, m_network, m_strategy}) {
+      m_loginItem(m_directories.config, QLatin1String(AppDelegate::applicationIdentifier),
+                  QCoreApplication::applicationFilePath()),
+      m_settings({m_defaults, m_languageManager, m_log, m_notificationPreferences, m_cache,
+                  m_cacheDirectory, m_loginItem}),
+      m_remoteControl({m_configStore, m_appState, m_keychain, m_engine, m_network, m_strategy,
+                       m_settings, m_log}) {
     // The objects are there before the name is: who sees the name can call them.
     publish();
     m_instance = std::make_unique<SingleInstance>(QLatin1String(AppDelegate::applicationIdentifier),

@@ -3,6 +3,7 @@
 #include "app/AppDelegate.h"
 #include "app/ApplicationObject.h"
 #include "app/RemoteControl.h"
+#include "app/SettingsControl.h"
 #include "app/UserInterface.h"
 #include "automation/AutoMountStrategy.h"
 #include "automation/NetworkMonitor.h"
@@ -20,6 +21,7 @@
 #include "platform/ChildProcess.h"
 #include "platform/DesktopNotifications.h"
 #include "platform/FileSystem.h"
+#include "platform/LoginItem.h"
 #include "platform/SecretStore.h"
 #include "platform/SingleInstance.h"
 #include "platform/SleepMonitor.h"
@@ -91,6 +93,8 @@ private:
     CrashReporter m_crashReporter;
     UpdateManager m_updates;
     AnalyticsService m_analytics;
+    LoginItem m_loginItem;
+    SettingsControl m_settings;
     RemoteControl m_remoteControl;
     ApplicationObject m_applicationObject;
     std::unique_ptr<SingleInstance> m_instance;

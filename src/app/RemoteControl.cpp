@@ -39,7 +39,7 @@ void logEscaped(const std::exception_ptr& escaped) {
 } // namespace
 
 RemoteControl::RemoteControl(RemoteControlled services)
-    : m_services(services), m_calls(logEscaped) {
+    : m_services(services), m_records(services.store, services.keychain), m_calls(logEscaped) {
     connect(&m_services.appState, &AppStateManager::statusChanged, this, [this](const QUuid& id) {
         if (const auto config = m_services.store.config(id))
             announce(*config);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/RecordExchange.h"
 #include "app/ShareRequests.h"
 #include "base/Task.h"
 #include "base/TaskScope.h"
@@ -16,9 +17,11 @@ namespace harbrix {
 class AppStateManager;
 class AutoMountStrategy;
 class KeychainManager;
+class LogManager;
 class MountOperations;
 class NASConfigStore;
 class NetworkMonitor;
+class SettingsControl;
 
 /// What the remote control hands its calls on to.
 struct RemoteControlled {
@@ -28,15 +31,18 @@ struct RemoteControlled {
     MountOperations& engine;
     NetworkMonitor& network;
     AutoMountStrategy& strategy;
+    SettingsControl& settings;
+    LogManager& log;
 };
 
 /// The running program as an object on the session bus, for harbrixctl and scripts. It does what
 /// the windows do, by the same services, and decides nothing itself. Shares are given by name or
 /// id; answers are JSON texts (UTF-8) as ShareDescription.h has them, with "volume" added.
 ///
-/// A password comes in as bytes of a message and goes to the secret store; it is in no answer, no
-/// error and no log line. The session bus is the user's own: the daemon admits no other user, and a
-/// process of the same user that could listen in can read the user's files anyway.
+/// A password comes in as bytes of a message and goes to the secret store; it is in no error, no
+/// log line and no answer but that of an export which asks for it. The session bus is the user's
+/// own: the daemon admits no other user, and a process of the same user that could listen in can
+/// read the user's files anyway.
 ///
 /// Main thread only. A call that waits is answered when its flow has ended; others are served
 /// meanwhile.
@@ -80,6 +86,25 @@ public slots:
     Q_SCRIPTABLE QString MountAll();
     Q_SCRIPTABLE QString UnmountAll();
 
+    /// The records of all shares as a JSON array, in the form that they are stored in.
+    Q_SCRIPTABLE QString ExportRecords(bool withPasswords);
+    /// Adds the records of such an array and updates those whose id is known; all or nothing. With
+    /// `isTrial`, only tells what would be done. RecordExchange::imported() has the answer.
+    Q_SCRIPTABLE QString ImportRecords(const QByteArray& records, bool isTrial);
+
+    /// Every setting of the user as SettingsControl::describe() has it.
+    Q_SCRIPTABLE QString ListSettings();
+    Q_SCRIPTABLE QString GetSetting(const QString& key);
+    /// Takes the value as a user types it (parseSetting()). The answer is the setting as it is now.
+    Q_SCRIPTABLE QString SetSetting(const QString& key, const QString& value);
+    Q_SCRIPTABLE QString ResetSetting(const QString& key);
+
+    /// {"files": [older, current], "fileEnabled": whether lines go there now}; what was logged
+    /// before the call is in the files.
+    Q_SCRIPTABLE QString LogFiles();
+    /// Removes the files; answered when they are gone.
+    Q_SCRIPTABLE QString ClearLog();
+
     /// Ends the program in the regular way, after the answer.
     Q_SCRIPTABLE void Quit();
 
@@ -94,9 +119,10 @@ private:
     using Answer = std::expected<QString, Refusal>;
 
     QString answerWith(Task<Answer> flow);
+    QString answerAtOnce(const Answer& answer);
     Task<void> sendAnswer(QDBusMessage request, QDBusConnection connection, Task<Answer> flow);
-    QString refuse(const Refusal& refusal);
 
+    // RemoteControl.cpp
     Task<Answer> wholeStatus();
     Task<Answer> shareStatus(QString share);
     Task<Answer> add(QString settings, QByteArray password);
@@ -106,6 +132,16 @@ private:
     Task<Answer> unmountShare(QString share);
     Task<Answer> mountAllShares();
     Task<Answer> unmountAllShares();
+
+    // RemoteSupport.cpp
+    Task<Answer> exportRecords(bool withPasswords);
+    Task<Answer> importRecords(QByteArray records, bool isTrial);
+    Task<Answer> logFiles();
+    Task<Answer> clearLog();
+    Task<Answer> listSettings();
+    Task<Answer> getSetting(QString key);
+    Task<Answer> setSetting(QString key, QString value);
+    Task<Answer> resetSetting(QString key);
 
     [[nodiscard]] QJsonObject describeNow(const NASConfig& config) const;
     [[nodiscard]] QJsonObject describeNetwork() const;
@@ -118,6 +154,7 @@ private:
     void announceList();
 
     RemoteControlled m_services;
+    RecordExchange m_records;
     std::map<QUuid, QString> m_announced; ///< what was last told of each record
     TaskScope m_calls;
 };

@@ -1,9 +1,12 @@
 #include "ctl/CommandLine.h"
 
+#include "ctl/CommandTable.h"
+
 #include <QCommandLineParser>
 #include <QDir>
 #include <QJsonArray>
 
+#include <algorithm>
 #include <array>
 
 namespace harbrix {
@@ -12,67 +15,8 @@ namespace {
 using Command = Invocation::Command;
 using Password = Invocation::Password;
 
-enum class Operand { None, Share, OptionalShare };
-
-struct CommandDescription {
-    Command command;
-    const char* name;
-    Operand operand;
-    bool hasJson;
-    const char* summary;
-    const char* detail;
-};
-
-constexpr std::array commands{
-    CommandDescription{Command::List, "list", Operand::None, true, "list all shares", ""},
-    CommandDescription{
-        Command::Status, "status", Operand::OptionalShare, true,
-        "show the state of all shares, or all that is known of one",
-        "VOLUME tells whether a network volume is really there: a server that refused\n"
-        "the password can leave a share \"mounted\" without one.\n"},
-    CommandDescription{
-        Command::Add, "add", Operand::None, false, "add a share",
-        "Needs --name, --address and --share. For an SMB share with --auth password (the\n"
-        "default) the password is asked for on the terminal, or read with\n"
-        "--password-stdin; it goes into the secret store. Nothing is mounted unless\n"
-        "--mount is given.\n"},
-    CommandDescription{Command::Edit, "edit", Operand::Share, false,
-                       "change settings of a share; what is not named stays",
-                       "A live mount stays as it is; the new settings hold from the next mount.\n"},
-    CommandDescription{Command::Remove, "remove", Operand::Share, false,
-                       "remove a share and its stored password", "Does not unmount it.\n"},
-    CommandDescription{
-        Command::Mount, "mount", Operand::Share, false, "mount a share",
-        "Ends when the mount has ended, on whatever network the machine is. Fails also\n"
-        "when no volume is there although the mount tool was content.\n"},
-    CommandDescription{Command::Unmount, "unmount", Operand::Share, false, "unmount a share", ""},
-    CommandDescription{Command::MountAll, "mount-all", Operand::None, false,
-                       "mount all enabled shares that belong on this network", ""},
-    CommandDescription{Command::UnmountAll, "unmount-all", Operand::None, false,
-                       "unmount all enabled shares", ""},
-    CommandDescription{Command::Watch, "watch", Operand::None, true,
-                       "print the state of each share now and at each change, until Ctrl-C", ""},
-    CommandDescription{Command::Quit, "quit", Operand::None, false,
-                       "end the running program; its shares stay mounted", ""},
-};
-
-constexpr auto exitCodes =
-    "Exit codes: 0 done, 1 failed, 2 no such share or several of that name,\n"
-    "64 wrong usage, 69 Harbrix is not running.\n";
-
-QString overview() {
-    QString text = QStringLiteral("Usage: harbrixctl COMMAND [OPTION...]\n"
-                                  "Speaks to the running Harbrix. A share is given by its name or "
-                                  "its id.\n\nCommands:\n");
-    for (const auto& command : commands)
-        text += QStringLiteral("  %1 %2\n")
-                    .arg(QLatin1String(command.name), -12)
-                    .arg(QLatin1String(command.summary));
-    text += QStringLiteral("\nharbrixctl COMMAND --help tells the options of one, "
-                           "harbrixctl --version the version.\n%1\n")
-                .arg(QLatin1String(exitCodes));
-    return text;
-}
+/// In the order of the program's own numbers for them.
+const QStringList levelNames{"debug", "info", "warning", "error", "critical"};
 
 EarlyEnd wrongUsage(const QString& text, const QString& command = {}) {
     const QString name = command.isEmpty() ? QString() : QLatin1Char(' ') + command;
@@ -199,28 +143,102 @@ std::expected<void, QString> readSettingsInto(Invocation& invocation,
     return {};
 }
 
-QString helpOf(const CommandDescription& command, const QCommandLineParser& parser) {
-    const char* operand = command.operand == Operand::Share           ? " NAME|ID"
-                          : command.operand == Operand::OptionalShare ? " [NAME|ID]"
-                                                                      : "";
-    // Qt names the program in full and without the command in its first line.
-    const QString options = parser.helpText().section(QLatin1Char('\n'), 1);
-    const QString text = QStringLiteral("Usage: harbrixctl %1%2 [OPTION...]\n%3\n")
-                             .arg(QLatin1String(command.name), QLatin1String(operand),
-                                  QLatin1String(command.summary));
-    return text + QLatin1String(command.detail) + options + QLatin1Char('\n') +
-           QLatin1String(exitCodes);
+void addOptions(QCommandLineParser& parser, const CommandDescription& command) {
+    parser.addOption({{"h", "help"}, "print this help"});
+    if (command.hasJson)
+        parser.addOption({"json", "print JSON"});
+    switch (command.command) {
+    case Command::Add:
+    case Command::Edit:
+        addSettingOptions(parser, command.command);
+        break;
+    case Command::Export:
+        parser.addOption({"with-passwords", "with the passwords, in clear text"});
+        parser.addOption({"force", "replace a file that is there"});
+        break;
+    case Command::Import:
+        parser.addOption({"dry-run", "tell what would be done and do nothing"});
+        break;
+    case Command::LogShow:
+        parser.addOption({"lines", "only the last ones", "NUMBER"});
+        parser.addOption({"level", "only from this level on", levelNames.join(u'|')});
+        parser.addOption({"follow", "go on with what is logged from now, until Ctrl-C"});
+        break;
+    case Command::LogExport:
+        parser.addOption({"force", "replace a file that is there"});
+        break;
+    default:
+        break;
+    }
+}
+
+/// Where an operand goes, by its name in the table, and what is said where it is missing.
+struct OperandPlace {
+    const char* name;
+    QString Invocation::*member;
+    const char* description;
+    bool mayBeEmpty = false;
+};
+constexpr std::array operandPlaces{
+    OperandPlace{"NAME|ID", &Invocation::share, "the name or id of a share"},
+    OperandPlace{"KEY", &Invocation::key, "the key of a setting"},
+    OperandPlace{"VALUE", &Invocation::value, "a value", true},
+    OperandPlace{"FILE", &Invocation::file, "the name of a file"},
+};
+
+std::expected<void, QString> readOperands(Invocation& invocation, const char* names,
+                                          QStringList operands) {
+    for (QString name : QString::fromLatin1(names).split(u' ', Qt::SkipEmptyParts)) {
+        const bool isOptional = name.startsWith(u'[');
+        name.remove(u'[').remove(u']');
+        const auto place = std::ranges::find_if(
+            operandPlaces, [&](const OperandPlace& each) { return name == each.name; });
+        if (operands.isEmpty() && isOptional)
+            continue;
+        if (operands.isEmpty() || (operands.first().isEmpty() && !place->mayBeEmpty))
+            return std::unexpected(QStringLiteral("needs %1").arg(place->description));
+        invocation.*(place->member) = operands.takeFirst();
+    }
+    if (operands.isEmpty())
+        return {};
+    return std::unexpected(QStringLiteral("unexpected argument '%1'").arg(operands.first()));
+}
+
+std::expected<void, QString> readLogOptions(Invocation& invocation,
+                                            const QCommandLineParser& parser) {
+    invocation.follow = parser.isSet("follow");
+    invocation.level = qMax<qsizetype>(0, levelNames.indexOf(parser.value("level")));
+    if (parser.isSet("level") && !levelNames.contains(parser.value("level")))
+        return std::unexpected(QStringLiteral("--level takes %1, not '%2'")
+                                   .arg(levelNames.join(u'|'), parser.value("level")));
+    if (!parser.isSet("lines"))
+        return {};
+    bool isNumber = false;
+    invocation.lines = parser.value("lines").toInt(&isNumber);
+    if (!isNumber || *invocation.lines < 0)
+        return std::unexpected(
+            QStringLiteral("--lines takes a number, not '%1'").arg(parser.value("lines")));
+    return {};
+}
+
+std::expected<void, QString> readOptions(Invocation& invocation, const QCommandLineParser& parser) {
+    const QStringList given = parser.optionNames();
+    invocation.json = given.contains("json");
+    invocation.withPasswords = given.contains("with-passwords");
+    invocation.force = given.contains("force");
+    invocation.dryRun = given.contains("dry-run");
+    if (invocation.command == Command::LogShow)
+        return readLogOptions(invocation, parser);
+    if (invocation.command == Command::Add || invocation.command == Command::Edit)
+        return readSettingsInto(invocation, parser);
+    return {};
 }
 
 std::expected<Invocation, EarlyEnd> parseCommand(const CommandDescription& command,
                                                  const QStringList& arguments) {
     const QString name = QLatin1String(command.name);
     QCommandLineParser parser;
-    parser.addOption({{"h", "help"}, "print this help"});
-    if (command.hasJson)
-        parser.addOption({"json", "print JSON"});
-    if (command.command == Command::Add || command.command == Command::Edit)
-        addSettingOptions(parser, command.command);
+    addOptions(parser, command);
     if (!parser.parse(arguments))
         return std::unexpected(wrongUsage(name + ": " + parser.errorText(), name));
     if (parser.isSet("help"))
@@ -228,21 +246,22 @@ std::expected<Invocation, EarlyEnd> parseCommand(const CommandDescription& comma
 
     Invocation invocation;
     invocation.command = command.command;
-    invocation.json = command.hasJson && parser.isSet("json");
-    const QStringList operands = parser.positionalArguments();
-    const int allowed = command.operand == Operand::None ? 0 : 1;
-    if (operands.size() > allowed)
-        return std::unexpected(wrongUsage(
-            QStringLiteral("%1: unexpected argument '%2'").arg(name, operands[allowed]), name));
-    if (!operands.isEmpty())
-        invocation.share = operands.first();
-    if (command.operand != Operand::None && invocation.share.isEmpty() &&
-        (command.operand == Operand::Share || !operands.isEmpty()))
-        return std::unexpected(wrongUsage(name + " needs the name or id of a share", name));
-    if (command.command == Command::Add || command.command == Command::Edit)
-        if (auto read = readSettingsInto(invocation, parser); !read)
-            return std::unexpected(wrongUsage(name + ": " + read.error(), name));
+    if (auto read = readOperands(invocation, command.operands, parser.positionalArguments()); !read)
+        return std::unexpected(wrongUsage(name + ": " + read.error(), name));
+    if (auto read = readOptions(invocation, parser); !read)
+        return std::unexpected(wrongUsage(name + ": " + read.error(), name));
     return invocation;
+}
+
+EarlyEnd unknownCommand(const QString& first, const QString& second) {
+    const QStringList subcommands = subcommandsOf(first);
+    if (!subcommands.isEmpty() && (second == "--help" || second == "-h"))
+        return {Succeeded, overview()};
+    if (!subcommands.isEmpty())
+        return wrongUsage(QStringLiteral("%1 needs one of %2")
+                              .arg(first, subcommands.join(QStringLiteral(", "))));
+    const char* kind = first.startsWith(QLatin1Char('-')) ? "option" : "command";
+    return wrongUsage(QStringLiteral("unknown %1 '%2'").arg(QLatin1String(kind), first));
 }
 
 } // namespace
@@ -256,12 +275,10 @@ std::expected<Invocation, EarlyEnd> parseCommandLine(const QStringList& argument
     if (first == "--version")
         return std::unexpected(
             EarlyEnd{Succeeded, QStringLiteral("harbrixctl " HARBRIX_VERSION "\n")});
-    for (const auto& command : commands)
-        if (first == QLatin1String(command.name))
-            return parseCommand(command, arguments.mid(1));
-    const char* kind = first.startsWith(QLatin1Char('-')) ? "option" : "command";
-    return std::unexpected(
-        wrongUsage(QStringLiteral("unknown %1 '%2'").arg(QLatin1String(kind), first)));
+    const QStringList words = arguments.mid(1);
+    if (const CommandDescription* command = findCommand(words))
+        return parseCommand(*command, words.mid(QString::fromLatin1(command->name).count(u' ')));
+    return std::unexpected(unknownCommand(first, arguments.value(2)));
 }
 
 } // namespace harbrix

@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <expected>
+#include <optional>
 
 namespace harbrix {
 
@@ -23,6 +24,15 @@ struct Invocation {
         MountAll,
         UnmountAll,
         Watch,
+        Export,
+        Import,
+        SettingsList,
+        SettingsGet,
+        SettingsSet,
+        SettingsReset,
+        LogShow,
+        LogExport,
+        LogClear,
         Quit
     };
     enum class Password {
@@ -34,11 +44,20 @@ struct Invocation {
     };
 
     Command command = Command::List;
-    QString share;        ///< name or id; empty for all
-    QJsonObject settings; ///< of add and edit, as the program takes them
+    QString share = {};        ///< name or id; empty for all
+    QString key = {};          ///< of a setting of the program
+    QString value = {};        ///< for it, as it was typed
+    QString file = {};         ///< to read or to write; empty or "-" for a standard stream
+    QJsonObject settings = {}; ///< of add and edit, as the program takes them
     Password password = Password::NotWanted;
     bool json = false;
     bool mountAfterwards = false;
+    bool withPasswords = false;
+    bool force = false;
+    bool dryRun = false;
+    bool follow = false;
+    int level = 0; ///< the lowest of the log that is shown, 0 (debug) to 4 (critical)
+    std::optional<int> lines = {}; ///< at most so many of the log, the last ones
 
     bool operator==(const Invocation&) const = default;
 };

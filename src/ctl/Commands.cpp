@@ -2,10 +2,10 @@
 
 #include "ctl/PasswordInput.h"
 #include "ctl/RemoteInterface.h"
-#include "ctl/Rendering.h"
-#include "ctl/RunningProgram.h"
 #include "ctl/StandardStreams.h"
+#include "ctl/SupportCommands.h"
 #include "ctl/Table.h"
+#include "ctl/Telling.h"
 #include "ctl/Watch.h"
 
 #include <QCoreApplication>
@@ -20,27 +20,8 @@ namespace {
 using Command = Invocation::Command;
 using Password = Invocation::Password;
 
-QJsonObject parseObject(const QString& json) {
-    return QJsonDocument::fromJson(json.toUtf8()).object();
-}
-
 QString compactText(const QJsonObject& object) {
     return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
-}
-
-ExitCode tell(ExitCode code, const QString& text) {
-    printError(QStringLiteral("harbrixctl: %1\n").arg(visible(text)));
-    return code;
-}
-
-ExitCode tell(const RunningProgram::Failure& failure) {
-    return tell(failure.code, failure.text);
-}
-
-ExitCode tell(const Outcome& outcome) {
-    print(outcome.output);
-    printError(outcome.error);
-    return outcome.code;
 }
 
 QString named(const QJsonObject& share) {
@@ -184,6 +165,23 @@ ExitCode runCommand(const Invocation& invocation) {
         return forAll(program, "UnmountAll", unmountAllOutcome);
     case Command::Watch:
         return watch(program, invocation);
+    case Command::Export:
+        return exportRecords(program, invocation);
+    case Command::Import:
+        return importRecords(program, invocation);
+    case Command::SettingsList:
+        return listSettings(program, invocation);
+    case Command::SettingsGet:
+        return getSetting(program, invocation);
+    case Command::SettingsSet:
+    case Command::SettingsReset:
+        return changeSetting(program, invocation);
+    case Command::LogShow:
+        return showLog(program, invocation);
+    case Command::LogExport:
+        return exportLog(program, invocation);
+    case Command::LogClear:
+        return clearLog(program);
     case Command::Quit:
         return quit(program);
     }

@@ -13,5 +13,10 @@ inline constexpr auto interface = "com.harbrix.RemoteControl1";
 inline constexpr auto noSuchShareError = "com.harbrix.Error.NoSuchShare";
 inline constexpr auto ambiguousNameError = "com.harbrix.Error.AmbiguousName";
 inline constexpr auto invalidSettingError = "com.harbrix.Error.InvalidSetting";
+/// A setting of the program that does not exist, and a value that one does not take.
+inline constexpr auto unknownKeyError = "com.harbrix.Error.UnknownKey";
+inline constexpr auto invalidValueError = "com.harbrix.Error.InvalidValue";
+/// What was to be imported is no list of records.
+inline constexpr auto invalidRecordsError = "com.harbrix.Error.InvalidRecords";
 
 } // namespace harbrix::remote

@@ -192,4 +192,43 @@ Outcome unmountAllOutcome(const QJsonArray& shares) {
     return collect(enabledOnly(shares), unmountOutcome);
 }
 
+Outcome importOutcome(const QJsonObject& import, bool isTrial) {
+    Outcome outcome;
+    QStringList counts;
+    for (const char* what : {"added", "updated", "skipped"}) {
+        const QJsonArray shares = import.value(QLatin1String(what)).toArray();
+        for (const QJsonValue& share : shares)
+            outcome.output += shareLine(share.toObject(), QLatin1String(what));
+        counts << QStringLiteral("%1 %2").arg(shares.size()).arg(QLatin1String(what));
+    }
+    outcome.output +=
+        counts.join(QStringLiteral(", ")) + QLatin1String(isTrial ? " (nothing was done)\n" : "\n");
+    for (const QJsonValue& name : import.value("passwordsNotStored").toArray()) {
+        outcome.code = Failed;
+        outcome.error += QStringLiteral("%1: the password could not be stored; see the log of "
+                                        "Harbrix for the reason\n")
+                             .arg(visible(name.toString()));
+    }
+    return outcome;
+}
+
+QString renderSettings(const QJsonArray& settings) {
+    std::vector<QStringList> rows{{"KEY", "VALUE", "DEFAULT", "TAKES"}};
+    for (const QJsonValue& each : settings) {
+        const QJsonObject setting = each.toObject();
+        rows.push_back({field(setting, "key"), renderValue(setting.value("value")),
+                        renderValue(setting.value("default")), field(setting, "accepts")});
+    }
+    return alignedTable(rows);
+}
+
+QString renderValue(const QJsonValue& value) {
+    if (value.isBool())
+        return value.toBool() ? QStringLiteral("true") : QStringLiteral("false");
+    // Without an exponent, whatever the size: bytes are to be read.
+    if (value.isDouble())
+        return QString::number(value.toDouble(), 'f', QLocale::FloatingPointShortest);
+    return visible(value.toString());
+}
+
 } // namespace harbrix

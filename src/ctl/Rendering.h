@@ -39,4 +39,12 @@ struct Outcome {
 [[nodiscard]] Outcome mountAllOutcome(const QJsonArray& shares);
 [[nodiscard]] Outcome unmountAllOutcome(const QJsonArray& shares);
 
+/// After an import, or a trial of one: a line a share, what became of it.
+[[nodiscard]] Outcome importOutcome(const QJsonObject& import, bool isTrial);
+
+/// A row a setting: key, value, default, and what it takes.
+[[nodiscard]] QString renderSettings(const QJsonArray& settings);
+/// The value of a setting as it is typed to set it.
+[[nodiscard]] QString renderValue(const QJsonValue& value);
+
 } // namespace harbrix

@@ -1,16 +1,31 @@
 #include "ctl/RunningProgram.h"
 
 #include "ctl/RemoteInterface.h"
+#include "ctl/StandardStreams.h"
 
+#include <QCoreApplication>
 #include <QDBusConnectionInterface>
 #include <QDBusError>
 #include <QDBusMessage>
+#include <QDBusServiceWatcher>
+
+#include <map>
 
 namespace harbrix {
 namespace {
 
 RunningProgram::Failure notRunning() {
     return {NotRunning, QStringLiteral("Harbrix is not running; start it with `harbrix`")};
+}
+
+ExitCode codeOf(const QString& errorName) {
+    static const std::map<QString, ExitCode> codes{{remote::noSuchShareError, NoSuchShare},
+                                                   {remote::ambiguousNameError, NoSuchShare},
+                                                   {remote::unknownKeyError, WrongUsage},
+                                                   {remote::invalidValueError, WrongUsage},
+                                                   {remote::invalidRecordsError, DamagedInput}};
+    const auto found = codes.find(errorName);
+    return found == codes.end() ? Failed : found->second;
 }
 
 RunningProgram::Failure failureOf(const QDBusError& error) {
@@ -31,9 +46,7 @@ RunningProgram::Failure failureOf(const QDBusError& error) {
     default:
         break;
     }
-    const bool unclearShare = error.name() == QLatin1String(remote::noSuchShareError) ||
-                              error.name() == QLatin1String(remote::ambiguousNameError);
-    return {unclearShare ? NoSuchShare : Failed, error.message()};
+    return {codeOf(error.name()), error.message()};
 }
 
 } // namespace
@@ -63,6 +76,15 @@ RunningProgram::call(const char* method, const QVariantList& arguments,
     if (answer.type() == QDBusMessage::ErrorMessage)
         return std::unexpected(failureOf(QDBusError(answer)));
     return answer.arguments().value(0).toString();
+}
+
+void RunningProgram::exitWhenGone(QObject* owner) const {
+    auto* watcher = new QDBusServiceWatcher(QLatin1String(remote::service), m_bus,
+                                            QDBusServiceWatcher::WatchForUnregistration, owner);
+    QObject::connect(watcher, &QDBusServiceWatcher::serviceUnregistered, owner, [] {
+        printError(QStringLiteral("harbrixctl: Harbrix has ended\n"));
+        QCoreApplication::exit(NotRunning);
+    });
 }
 
 } // namespace harbrix

@@ -35,6 +35,9 @@ public:
     [[nodiscard]] std::expected<QString, Failure>
     call(const char* method, const QVariantList& arguments = {},
          std::chrono::milliseconds limit = longestAnswer) const;
+    /// Once the program is gone: says so and ends the event loop with the code for it. Until the
+    /// owner goes.
+    void exitWhenGone(QObject* owner) const;
 
 private:
     QDBusConnection m_bus;

@@ -6,8 +6,6 @@
 #include "ctl/StandardStreams.h"
 #include "ctl/Table.h"
 
-#include <QCoreApplication>
-#include <QDBusServiceWatcher>
 #include <QJsonDocument>
 #include <QTime>
 
@@ -27,12 +25,7 @@ bool Watch::begin() {
     const QString service = QLatin1String(remote::service);
     const QString path = QLatin1String(remote::path);
     const QString interface = QLatin1String(remote::interface);
-    auto* watcher =
-        new QDBusServiceWatcher(service, bus, QDBusServiceWatcher::WatchForUnregistration, this);
-    connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [] {
-        printError(QStringLiteral("harbrixctl: Harbrix has ended\n"));
-        QCoreApplication::exit(NotRunning);
-    });
+    m_program.exitWhenGone(this);
     return bus.connect(service, path, interface, QStringLiteral("ShareChanged"), this,
                        SLOT(shareChanged(QString))) &&
            bus.connect(service, path, interface, QStringLiteral("ShareRemoved"), this,

@@ -1,6 +1,7 @@
 #include "services/CrashHandlers.h"
 
 #include "services/CrashReport.h"
+#include "services/FrameSymbols.h"
 
 #include <QFile>
 
@@ -52,14 +53,13 @@ QString signalName(int number) {
     }
 }
 
-/// The user's name stands in many a path and is nobody's business.
 QStringList stackTrace() {
     std::array<void*, mostFrames> addresses{};
     const int count = ::backtrace(addresses.data(), mostFrames);
     char** const symbols = ::backtrace_symbols(addresses.data(), count);
     QStringList frames;
     for (int i = 0; symbols && i < count; ++i)
-        frames << QFile::decodeName(symbols[i]).replace(homeDirectory, QStringLiteral("~"));
+        frames << withoutHome(QFile::decodeName(symbols[i]), homeDirectory);
     std::free(symbols); // NOLINT: the caller's, by backtrace(3)
     return frames;
 }

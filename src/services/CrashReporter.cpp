@@ -1,9 +1,11 @@
 #include "services/CrashReporter.h"
 
+#include "base/Json.h"
 #include "base/Worker.h"
 #include "platform/AtomicFile.h"
 #include "services/CrashHandlers.h"
 #include "services/CrashReport.h"
+#include "services/FrameSymbols.h"
 #include "services/LogManager.h"
 
 #include <QDir>
@@ -29,6 +31,24 @@ Result<CrashReport, SystemError> readReport(const QString& path) {
     if (!contents)
         return std::unexpected(contents.error());
     return decodeCrashReport(*contents);
+}
+
+/// The report with what a dying process had better not look up. One that stays, for want of a
+/// server, keeps that: what its frames lie in may be replaced any day.
+Result<CrashReport, SystemError> readWithSymbols(const QString& path, const QString& home) {
+    auto report = readReport(path);
+    if (!report)
+        return report;
+    const FrameOrigin origin{.executable = QCoreApplication::applicationFilePath(),
+                             .homeDirectory = home,
+                             .time = parseIso8601(report->timestamp).value_or(QDateTime()),
+                             .isFromSignal = report->exceptionType == QLatin1String("Signal")};
+    const QStringList frames = withSymbols(report->stackTrace, origin);
+    if (frames == report->stackTrace)
+        return report;
+    report->stackTrace = frames;
+    (void) replaceFile(path, encodeCrashReport(*report)); // else the old one stays as it is
+    return report;
 }
 
 } // namespace
@@ -59,7 +79,7 @@ Task<void> CrashReporter::sendPendingReports() {
 }
 
 Task<void> CrashReporter::sendReport(QString path) {
-    auto reading = onWorker([path] { return readReport(path); });
+    auto reading = onWorker([path, home = m_homeDirectory] { return readWithSymbols(path, home); });
     const auto report = co_await reading;
     const auto remove = [path] { QFile::remove(path); };
     if (!report) {

@@ -72,7 +72,7 @@ void LogManager::log(LogLevel level, const QString& message, Category category,
     const SystemLog::Type type = systemLogType(level);
     if (logger.isEnabled(type))
         logger.write(type, message, where);
-    if (m_defaults.boolean(QLatin1String(fileLoggingKey)).value_or(false))
+    if (writesToFile())
         m_file->append(formatLogLine(now, level, categoryName(category), where, message));
 }
 
@@ -127,6 +127,14 @@ void LogManager::clearLogs() {
 
 qint64 LogManager::totalLogSize() const {
     return QFileInfo(m_file->path()).size() + QFileInfo(m_file->rotatedPath()).size();
+}
+
+QStringList LogManager::files() const {
+    return {m_file->rotatedPath(), m_file->path()};
+}
+
+bool LogManager::writesToFile() const {
+    return m_defaults.boolean(QLatin1String(fileLoggingKey)).value_or(false);
 }
 
 void LogManager::waitForWrites() {

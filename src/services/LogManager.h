@@ -64,6 +64,10 @@ public:
     /// Bytes of both files.
     [[nodiscard]] qint64 totalLogSize() const;
     [[nodiscard]] const QString& logDirectory() const { return m_logDirectory; }
+    /// The paths of both files, the older one first; either may be missing.
+    [[nodiscard]] QStringList files() const;
+    /// Whether what is logged now goes to the file, too.
+    [[nodiscard]] bool writesToFile() const;
     /// Waits until every line that was logged before this call is on disk or dropped.
     void waitForWrites();
 

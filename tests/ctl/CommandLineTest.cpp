@@ -33,6 +33,21 @@ TEST(CommandLine, WrongUsageIsOneLineThatNamesTheFault) {
         {"add --name", "Missing value after '--name'"},
         {"edit Films", "nothing to change"},
         {"edit Films --read-only --read-write", "exclude each other"},
+        {"settings", "settings needs one of list, get, set, reset"},
+        {"settings put A 1", "settings needs one of"},
+        {"settings get", "needs the key"},
+        {"settings set A", "needs a value"},
+        {"settings set A 1 2", "unexpected argument '2'"},
+        {"settings set --json A 1", "Unknown option 'json'"},
+        {"log", "log needs one of show, export, clear"},
+        {"log export", "needs the name of a file"},
+        {"log show --lines -1", "--lines takes a number"},
+        {"log show --lines many", "--lines takes a number"},
+        {"log show --level notice", "--level takes debug|info|warning|error|critical"},
+        {"log clear now", "unexpected argument 'now'"},
+        {"import", "needs the name of a file"},
+        {"import a b", "unexpected argument 'b'"},
+        {"export a --dry-run", "Unknown option 'dry-run'"},
     };
     for (const auto& [words, fault] : table) {
         const auto parsed = parse(words);
@@ -92,6 +107,38 @@ TEST(CommandLine, EditTurnsTheStoredFormsOn) {
     EXPECT_EQ(parsed->settings,
               (QJsonObject{
                   {"bindingStrategy", "ipRange"}, {"readOnly", false}, {"customMountPoint", ""}}));
+}
+
+TEST(CommandLine, TheCommandsAboutTheProgramTakeTheirOptions) {
+    const std::vector<std::pair<QString, Invocation>> table{
+        {"settings list --json", {.command = Command::SettingsList, .json = true}},
+        {"settings get a.b", {.command = Command::SettingsGet, .key = "a.b"}},
+        {"settings set a.b 12", {.command = Command::SettingsSet, .key = "a.b", .value = "12"}},
+        {"settings set a.b -- -1", {.command = Command::SettingsSet, .key = "a.b", .value = "-1"}},
+        {"settings reset a.b", {.command = Command::SettingsReset, .key = "a.b"}},
+        {"log show", {.command = Command::LogShow}},
+        {"log show --follow --lines 0 --level warning",
+         {.command = Command::LogShow, .follow = true, .level = 2, .lines = 0}},
+        {"log export --force f", {.command = Command::LogExport, .file = "f", .force = true}},
+        {"log clear", {.command = Command::LogClear}},
+        {"export", {.command = Command::Export}},
+        {"export f --with-passwords",
+         {.command = Command::Export, .file = "f", .withPasswords = true}},
+        {"import --dry-run -", {.command = Command::Import, .file = "-", .dryRun = true}},
+    };
+    for (const auto& [words, invocation] : table) {
+        const auto parsed = parse(words);
+        ASSERT_TRUE(parsed) << words.toStdString() << parsed.error().text.toStdString();
+        EXPECT_EQ(*parsed, invocation) << words.toStdString();
+    }
+}
+
+TEST(CommandLine, HelpTellsOperandsAndOptions) {
+    const auto help = parse("settings set --help");
+    ASSERT_FALSE(help);
+    EXPECT_EQ(help.error().code, Succeeded);
+    EXPECT_TRUE(help.error().text.startsWith("Usage: harbrixctl settings set KEY VALUE ["));
+    EXPECT_EQ(parse("log --help").error().code, Succeeded);
 }
 
 } // namespace

@@ -79,5 +79,27 @@ TEST(PasswordInput, OneLineEndGoesAndNoOtherMayBeThere) {
         EXPECT_FALSE(checkedPassword(bad)) << bad.size();
 }
 
+TEST(Rendering, AnImportTellsWhatBecameOfEachShare) {
+    const QJsonObject films{{"name", "Films"}};
+    const QJsonObject answer{{"added", QJsonArray{films, QJsonObject{{"name", "a\nb"}}}},
+                             {"updated", QJsonArray()},
+                             {"skipped", QJsonArray{films}}};
+    EXPECT_EQ(importOutcome(answer, true).output,
+              "Films: added\na\\nb: added\nFilms: skipped\n"
+              "2 added, 0 updated, 1 skipped (nothing was done)\n");
+    QJsonObject withoutPassword = answer;
+    withoutPassword.insert("passwordsNotStored", QJsonArray{"Films"});
+    const Outcome outcome = importOutcome(withoutPassword, false);
+    EXPECT_EQ(outcome.code, Failed);
+    EXPECT_TRUE(outcome.error.startsWith("Films: the password could not be stored"));
+}
+
+TEST(Rendering, AValueIsShownAsItIsTyped) {
+    EXPECT_EQ(renderValue(true), "true");
+    EXPECT_EQ(renderValue(qint64(5'242'880'000)), "5242880000");
+    EXPECT_EQ(renderValue(90.5), "90.5");
+    EXPECT_EQ(renderValue("zh-Hans"), "zh-Hans");
+}
+
 } // namespace
 } // namespace harbrix

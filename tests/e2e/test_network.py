@@ -14,6 +14,7 @@ import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", "support"))
 from harbrix_program import Harbrix, kill_mount_tool, mounts_below, processes_naming  # noqa: E402
+from machine import why_missing, why_no_fuse, why_no_network_namespaces, why_no_program  # noqa: E402
 from network_lab import AWAY, HOME, SERVER, NetworkLab, inside  # noqa: E402
 from smb_server import SmbServer  # noqa: E402
 
@@ -25,27 +26,14 @@ KEEP_ALIVE = 3.0
 
 
 def why_skipped():
-    if os.getuid() != 0:
-        return "network namespaces need root"
-    if not os.path.exists(os.path.join(BUILD, "src", "app", "harbrix")):
-        return "HARBRIX_BUILD names no folder with src/app/harbrix"
-    for tool in ("smbd", "fusermount3", "dbus-daemon", "ip"):
-        if not shutil.which(tool, path=os.defpath + ":/usr/sbin:/sbin"):
-            return tool + " is not installed"
     try:
         import dbus  # noqa: F401
         import dbusmock  # noqa: F401
     except ImportError as missing:
         return str(missing)
-    if not os.access("/dev/fuse", os.R_OK | os.W_OK) or not os.path.exists("/usr/sbin/mount_smbfs"):
-        return "/dev/fuse or /usr/sbin/mount_smbfs is not usable"
-    try:
-        lab = NetworkLab()
-        lab.build()
-        lab.remove()
-    except (OSError, subprocess.CalledProcessError) as fault:
-        return f"no network namespaces here: {getattr(fault, 'stderr', fault)}"
-    return None
+    return (why_no_program(BUILD) or why_no_fuse() or
+            why_missing("/usr/sbin/mount_smbfs", "smbd", "fusermount3", "dbus-daemon", "ip") or
+            why_no_network_namespaces())
 
 
 class Mocks:

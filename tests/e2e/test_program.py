@@ -17,6 +17,7 @@ import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", "support"))
 from harbrix_program import Harbrix, kill_mount_tool, mounts_below, processes_naming  # noqa: E402
+from machine import why_missing, why_no_fuse, why_no_program  # noqa: E402
 from smb_server import SmbServer  # noqa: E402
 
 BUILD = os.environ.get("HARBRIX_BUILD", "")
@@ -26,17 +27,9 @@ QUIT_SECONDS = 5.0
 
 
 def why_skipped():
-    if not os.path.exists(os.path.join(BUILD, "src", "app", "harbrix")):
-        return "HARBRIX_BUILD names no folder with src/app/harbrix"
-    for tool in ("/usr/sbin/mount_smbfs", "/usr/sbin/diskutil", "/usr/bin/expect"):
-        if not os.access(tool, os.X_OK):
-            return tool + " is not installed"
-    for tool in ("smbd", "smbpasswd", "fusermount3", "dbus-daemon"):
-        if not shutil.which(tool, path=os.defpath + ":/usr/sbin:/sbin"):
-            return tool + " is not installed"
-    if not os.access("/dev/fuse", os.R_OK | os.W_OK):
-        return "/dev/fuse is not usable"
-    return None
+    return why_no_program(BUILD) or why_no_fuse() or why_missing(
+        "/usr/sbin/mount_smbfs", "/usr/sbin/diskutil", "/usr/bin/expect",
+        "smbd", "smbpasswd", "fusermount3", "dbus-daemon")
 
 
 def content(path):

@@ -16,6 +16,8 @@ import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", "support"))
 from harbrix_program import Harbrix, kill_mount_tool, mounts_below, processes_naming  # noqa: E402
+from machine import (why_missing, why_no_fuse, why_no_mount_namespaces, why_no_network_namespaces,  # noqa: E402
+                     why_no_program)
 from network_lab import SERVER, NetworkLab, inside  # noqa: E402
 from nfs_server import NfsServer, why_unavailable  # noqa: E402
 
@@ -32,27 +34,9 @@ INVALID_ARGUMENT = "mount_nfs 参数错误"
 
 
 def why_skipped():
-    if why_unavailable():
-        return why_unavailable()
-    if not os.path.exists(os.path.join(BUILD, "src", "app", "harbrix")):
-        return "HARBRIX_BUILD names no folder with src/app/harbrix"
-    for tool in ("/usr/sbin/mount_nfs", "/usr/sbin/diskutil"):
-        if not os.access(tool, os.X_OK):
-            return tool + " is not installed"
-    for tool in ("fusermount3", "dbus-daemon", "ip", "unshare"):
-        if not shutil.which(tool, path=os.defpath + ":/usr/sbin:/sbin"):
-            return tool + " is not installed"
-    if not os.access("/dev/fuse", os.R_OK | os.W_OK):
-        return "/dev/fuse is not usable"
-    if subprocess.run(["unshare", "--mount", "true"], stderr=subprocess.DEVNULL, check=False).returncode != 0:
-        return "no mount namespaces here"
-    try:
-        lab = NetworkLab()
-        lab.build()
-        lab.remove()
-    except (OSError, subprocess.CalledProcessError) as fault:
-        return f"no network namespaces here: {getattr(fault, 'stderr', fault)}"
-    return None
+    return (why_unavailable() or why_no_program(BUILD) or why_no_fuse() or
+            why_missing("/usr/sbin/mount_nfs", "/usr/sbin/diskutil", "fusermount3", "dbus-daemon", "ip", "unshare") or
+            why_no_mount_namespaces() or why_no_network_namespaces())
 
 
 def content(path):

@@ -84,6 +84,47 @@ TEST_F(CrashHandlersTest, AnErrorThatNobodyCatchesTellsItsTypeAndReason) {
     EXPECT_EQ(reports[0].reason, "no such share");
 }
 
+constexpr int lineOfDeath = __LINE__ + 3;
+[[gnu::noinline]] void writeNowhere() {
+    int* volatile nowhere = nullptr;
+    *nowhere = 1;
+}
+
+TEST_F(CrashHandlersTest, TheNextStartAddsFunctionsAndLines) {
+    const QString crashes = directory + "/Harbrix/Crashes";
+    QDir().mkpath(crashes);
+    EXPECT_EXIT(
+        {
+            installCrashHandlers(crashes, QFileInfo(directory).path());
+            writeNowhere();
+        },
+        testing::ExitedWithCode(SIGSEGV), "");
+    for (int start = 0; start < 2; ++start) { // the second finds all done
+        CrashReporter next(directory, QFileInfo(directory).path());
+        next.startMonitoring();
+        ASSERT_TRUE(waitUntil([&] { return next.runningFlows() == 0; }));
+    }
+    const auto reports = reportsIn(crashes);
+    ASSERT_EQ(reports.size(), 1);
+    const QString trace = reports[0].stackTrace.join('\n');
+    const QString expected =
+        QString("writeNowhere() at CrashReporterTest.cpp:%1\n").arg(lineOfDeath);
+    EXPECT_EQ(trace.count(expected), 1) << trace.toStdString();
+    EXPECT_TRUE(trace.contains(" at src/services/CrashHandlers.cpp:")) << trace.toStdString();
+}
+
+TEST_F(CrashHandlersTest, AHomeFolderThatIsTheRootHidesNothing) {
+    EXPECT_EXIT(
+        {
+            installCrashHandlers(directory, "/");
+            std::raise(SIGTRAP);
+        },
+        testing::ExitedWithCode(SIGTRAP), "");
+    const auto reports = reportsIn(directory);
+    ASSERT_EQ(reports.size(), 1);
+    EXPECT_TRUE(reports[0].stackTrace.join(' ').contains("/libc.so.6("));
+}
+
 TEST_F(CrashHandlersTest, WhatIsNoExceptionTellsItsType) {
     EXPECT_EXIT(dieOf([] { throw 42; }), testing::ExitedWithCode(6), "");
     const auto reports = reportsIn(directory);
