@@ -6,6 +6,7 @@
 #include "ui/main/MainWindowView.h"
 #include "ui/menu/MenuContent.h"
 #include "ui/menu/StatusMenu.h"
+#include "ui/settings/SettingsView.h"
 #include "ui/transfer/TransferRow.h"
 #include "ui/widgets/TextLabel.h"
 
@@ -70,6 +71,14 @@ TEST_P(TextFitTest, WindowsOfFixedContents) {
     // One line for each window that shows all it has once it is open.
     for (const char* identifier : {"main", "about", "file-browser"})
         expectFitInAllSizes(identifier, openScene(identifier));
+}
+
+TEST_P(TextFitTest, SettingsPages) {
+    auto& window = dynamic_cast<SettingsView&>(openScene("settings"));
+    for (int page = 0; page < 6; ++page) {
+        window.showTab(page);
+        expectFitInAllSizes(qPrintable(QStringLiteral("settings, page %1").arg(page)), window);
+    }
 }
 
 TEST_P(TextFitTest, MainWindow) {
