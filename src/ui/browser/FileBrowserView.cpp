@@ -8,10 +8,10 @@
 #include "ui/browser/BreadcrumbView.h"
 #include "ui/browser/ConflictResolutionSheet.h"
 #include "ui/browser/FileListView.h"
-#include "ui/widgets/SavePanel.h"
 #include "ui/transfer/TransferQueueView.h"
 #include "ui/widgets/GroupedForm.h"
 #include "ui/widgets/Panel.h"
+#include "ui/widgets/SavePanel.h"
 #include "ui/widgets/SymbolIcon.h"
 
 #include <QHBoxLayout>
