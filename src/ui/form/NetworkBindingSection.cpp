@@ -30,7 +30,7 @@ NetworkBindingSection::NetworkBindingSection(const NetworkMonitor& network, QWid
     addContent(m_range);
     m_names = buildNetworkNames();
     addContent(m_names);
-    m_hint = addNote();
+    m_hint = addHint();
     connect(m_strategy, &QComboBox::currentIndexChanged, this,
             &NetworkBindingSection::showRowsInUse);
     connect(&network, &NetworkMonitor::currentIPAddressAssigned, this,

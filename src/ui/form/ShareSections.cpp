@@ -38,7 +38,7 @@ BasicInfoSection::BasicInfoSection(QWidget* parent)
       m_protocol(makePicker<NASProtocol>("protocol")), m_address(makeField("address")),
       m_sharePath(makeField("sharePath")), m_nameRow(addRow(m_name)),
       m_protocolRow(addRow(m_protocol)), m_addressRow(addRow(m_address)),
-      m_sharePathRow(addRow(m_sharePath)), m_versionNote(addNote()) {
+      m_sharePathRow(addRow(m_sharePath)), m_versionNote(addHint()) {
     m_versionNote->setObjectName(QStringLiteral("nfsVersionNote"));
     connect(m_address, &QLineEdit::textChanged, this, &BasicInfoSection::addressChanged);
     connect(m_protocol, &QComboBox::currentIndexChanged, this, [this] {
@@ -155,7 +155,7 @@ MountOptionsSection::MountOptionsSection(QWidget* parent)
     m_readOnlyRow = addRow(m_readOnly);
     m_isEnabledRow = addRow(m_isEnabled);
     m_customMountPointRow = addRow(m_customMountPoint);
-    m_help = addNote();
+    m_help = addHint();
 }
 
 void MountOptionsSection::load(const NASConfigDraft& draft) {

@@ -40,9 +40,9 @@ AdvancedMountTab::AdvancedMountTab(UserDefaults& defaults, QWidget* parent)
           makeStepper(defaults, QStringLiteral("mount.defaultRetryInterval"), secondsText)),
       m_smb(makeSection()), m_smbVersionRow(m_smb->addRow(m_smbVersion)), m_timeout(makeSection()),
       m_connectionTimeoutRow(m_timeout->addRow(m_connectionTimeout)),
-      m_timeoutHint(m_timeout->addNote()), m_retry(makeSection()),
+      m_timeoutHint(m_timeout->addHint()), m_retry(makeSection()),
       m_retryCountRow(m_retry->addRow(m_retryCount)),
-      m_retryIntervalRow(m_retry->addRow(m_retryInterval)), m_retryHint(m_retry->addNote()) {}
+      m_retryIntervalRow(m_retry->addRow(m_retryInterval)), m_retryHint(m_retry->addHint()) {}
 
 void AdvancedMountTab::retranslate() {
     m_smb->setTitle(text("settings.advanced.smb"));

@@ -9,6 +9,7 @@
 #include "ui/settings/SettingBinding.h"
 #include "ui/widgets/FlatStyle.h"
 #include "ui/widgets/SymbolIcon.h"
+#include "ui/widgets/WheelGuard.h"
 
 #include <QCheckBox>
 #include <QPushButton>
@@ -92,6 +93,7 @@ QWidget* CacheSettingsTab::buildSlider() {
     m_maxSize->setRange(smallestLimit, largestLimit);
     m_maxSize->setSingleStep(limitStep);
     m_maxSize->setPageStep(limitStep);
+    leaveWheelToScrolling(*m_maxSize);
     m_maxSizeText = new TextLabel(TextRole::body, Tint::secondary, TextLabel::Lines::One);
     m_maxSizeText->setObjectName(QStringLiteral("maxSizeText"));
     m_maxSizeText->setMinimumWidth(limitWidth);
@@ -125,8 +127,12 @@ void CacheSettingsTab::readMaxSize() {
 void CacheSettingsTab::storeMaxSize(int mebibytes) {
     const int chosen = (mebibytes + limitStep / 2) / limitStep * limitStep;
     m_maxSizeText->setText(limitText(chosen));
-    m_defaults.set(CacheManager::maxCacheSizeKey, chosen * mebibyte);
+    // A drag tells of every pixel, and each value that is stored is written to the disk.
+    if (m_defaults.integer(CacheManager::maxCacheSizeKey) != chosen * mebibyte)
+        m_defaults.set(CacheManager::maxCacheSizeKey, chosen * mebibyte);
     m_cache.updateStatistics();
+    if (!m_maxSize->isSliderDown())
+        readMaxSize();
 }
 
 void CacheSettingsTab::showFigures() {

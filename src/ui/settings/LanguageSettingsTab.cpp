@@ -9,7 +9,7 @@ namespace harbrix {
 
 LanguageSettingsTab::LanguageSettingsTab(LanguageManager& languageManager, QWidget* parent)
     : SettingsTab(parent), m_languageManager(languageManager), m_picker(new QComboBox),
-      m_app(makeSection()), m_pickerRow(m_app->addRow(m_picker)), m_restartHint(m_app->addNote()),
+      m_app(makeSection()), m_pickerRow(m_app->addRow(m_picker)), m_restartHint(m_app->addHint()),
       m_supported(makeSection()), m_disclaimer(m_supported->addNote()) {
     m_picker->setObjectName(QString::fromLatin1(LanguageManager::appLanguageKey));
     for (const AppLanguage language : allLanguages())

@@ -37,10 +37,10 @@ LaunchTab::LaunchTab(UserDefaults& defaults, const LoginItem& loginItem, QWidget
       m_keepAlive(makeSettingSwitch(defaults, QStringLiteral("keepAliveEnabled"))),
       m_interval(makeStepper(defaults, QStringLiteral("keepAliveInterval"), minutesText)),
       m_behavior(makeSection()), m_atLoginRow(m_behavior->addRow(m_atLogin)),
-      m_atLoginHint(m_behavior->addNote()), m_mounting(makeSection()),
-      m_autoMountRow(m_mounting->addRow(m_autoMount)), m_autoMountHint(m_mounting->addNote()),
+      m_atLoginHint(m_behavior->addHint()), m_mounting(makeSection()),
+      m_autoMountRow(m_mounting->addRow(m_autoMount)), m_autoMountHint(m_mounting->addHint()),
       m_keeping(makeSection()), m_keepAliveRow(m_keeping->addRow(m_keepAlive)),
-      m_intervalRow(m_keeping->addRow(m_interval)), m_keepAliveHint(m_keeping->addNote()) {
+      m_intervalRow(m_keeping->addRow(m_interval)), m_keepAliveHint(m_keeping->addHint()) {
     m_mounting->addContent(buildStabilityBox());
     connect(m_atLogin, &QCheckBox::clicked, this,
             [this](bool isOn) { m_launchAtLogin.setEnabled(isOn); });

@@ -36,7 +36,7 @@ NotificationSettingsTab::NotificationSettingsTab(NotificationPreferences& prefer
                                                  QWidget* parent)
     : SettingsTab(parent), m_preferences(preferences),
       m_global(makeSwitch(NotificationPreferences::globalKey)), m_all(makeSection()),
-      m_globalRow(m_all->addRow(m_global)), m_systemHint(m_all->addNote()), m_events(makeSection()),
+      m_globalRow(m_all->addRow(m_global)), m_systemHint(m_all->addHint()), m_events(makeSection()),
       m_reset(new QPushButton) {
     for (const NotificationEvent event : allNotificationEvents())
         addEvent(event);

@@ -21,6 +21,7 @@ namespace harbrix {
 namespace {
 
 constexpr QSize tabSymbolSize(22, 22);
+constexpr int narrowestTab = 76;
 
 } // namespace
 
@@ -59,7 +60,12 @@ SettingsView::SettingsView(const Environment& environment, QWidget* parent)
 void SettingsView::addPage(const char* symbol, TextKey title, SettingsTab* tab) {
     auto* button = new QToolButton;
     button->setObjectName(QString::fromUtf8(title.entry().key));
-    button->setIcon(symbolIcon(QString::fromLatin1(symbol), Tint::secondary));
+    const QString name = QString::fromLatin1(symbol);
+    button->setIcon(symbolIcon(name, Tint::secondary));
+    connect(button, &QToolButton::toggled, button, [button, name](bool isOn) {
+        button->setIcon(symbolIcon(name, isOn ? Tint::blue : Tint::secondary));
+    });
+    button->setMinimumWidth(narrowestTab);
     button->setIconSize(tabSymbolSize);
     button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     button->setFont(fontFor(TextRole::caption));

@@ -98,6 +98,12 @@ void FlatStyle::drawControl(ControlElement element, const QStyleOption* option, 
         label.palette.setColor(QPalette::ButtonText, color(ink, option->palette));
         return QProxyStyle::drawControl(element, &label, painter, widget);
     }
+    if (const auto* button = qstyleoption_cast<const QStyleOptionToolButton*>(option);
+        element == CE_ToolButtonLabel && button && button->state & State_On) {
+        QStyleOptionToolButton chosen = *button;
+        chosen.palette.setColor(QPalette::ButtonText, color(Tint::blue, option->palette));
+        return QProxyStyle::drawControl(element, &chosen, painter, widget);
+    }
     if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
         element == CE_MenuItem && item && item->menuItemType == QStyleOptionMenuItem::Separator) {
         painter->fillRect(QRect(option->rect.left() + spacing::small, option->rect.center().y(),
@@ -203,6 +209,8 @@ int FlatStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
         return 0;
     case SH_ScrollView_FrameOnlyAroundContents:
         return 1;
+    case SH_Slider_AbsoluteSetButtons:
+        return Qt::LeftButton; // a click beside the knob means that place
     default:
         return QProxyStyle::styleHint(hint, option, widget, data);
     }
@@ -218,7 +226,7 @@ QSize FlatStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
         size.setHeight(std::max(contents.height() + spacing::small, controlHeight));
         return size;
     case CT_SpinBox:
-        size.setWidth(contents.width() + 2 * stepperButton + spacing::tight);
+        size.setWidth(contents.width() + 2 * stepperButton);
         size.setHeight(std::max(contents.height() + spacing::small, controlHeight));
         return size;
     case CT_LineEdit:
@@ -250,8 +258,7 @@ QRect FlatStyle::subControlRect(ComplexControl control, const QStyleOptionComple
         if (part == SC_SpinBoxDown)
             return visualRect(option->direction, rect, up.translated(-stepperButton, 0));
         if (part == SC_SpinBoxEditField)
-            return visualRect(option->direction, rect,
-                              rect.adjusted(spacing::tight, 1, -2 * stepperButton, -1));
+            return visualRect(option->direction, rect, rect.adjusted(1, 1, -2 * stepperButton, -1));
     }
     if (control == CC_ScrollBar) {
         // No arrow buttons: the groove is the whole bar.

@@ -2,6 +2,7 @@
 
 #include "ui/widgets/AccessibleRole.h"
 #include "ui/widgets/SymbolIcon.h"
+#include "ui/widgets/WheelGuard.h"
 
 #include <QAbstractButton>
 #include <QAbstractSpinBox>
@@ -10,6 +11,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QStyle>
 
 namespace harbrix {
 namespace {
@@ -33,8 +35,10 @@ CardFrame::CardFrame(QWidget* parent) : QWidget(parent), m_rows(new QVBoxLayout(
     setAccessibleRole(*this, QAccessible::Grouping);
 }
 
-void CardFrame::addRow(QWidget* row) {
+void CardFrame::addRow(QWidget* row, Parting parting) {
     m_rows->addWidget(row);
+    if (parting == Parting::None)
+        m_joined << row;
 }
 
 void CardFrame::paintEvent(QPaintEvent*) {
@@ -49,7 +53,7 @@ void CardFrame::paintEvent(QPaintEvent*) {
         const QWidget* row = m_rows->itemAt(index)->widget();
         if (row->isHidden())
             continue;
-        if (!first)
+        if (!first && !m_joined.contains(row))
             painter.fillRect(QRect(spacing::medium, row->y(), width() - 2 * spacing::medium, 1),
                              color(Tint::separator, palette()));
         first = false;
@@ -74,6 +78,7 @@ FormRow::FormRow(QWidget* control, QWidget* parent)
     m_label->setBuddy(m_control);
     m_label->setMinimumHeight(m_compact ? 28 : 0);
     m_label->setAttribute(Qt::WA_TransparentForMouseEvents);
+    leaveWheelToScrolling(*m_control);
 }
 
 void FormRow::setText(const QString& text) {
@@ -81,6 +86,7 @@ void FormRow::setText(const QString& text) {
     // A text tells of itself; its label says what it is about.
     if (!qobject_cast<QLabel*>(m_control))
         m_control->setAccessibleName(text);
+    emit textChanged();
 }
 
 void FormRow::setSymbol(const QString& name, int width) {
@@ -94,7 +100,8 @@ void FormRow::setSymbol(const QString& name, int width) {
 }
 
 int FormRow::labelWidth() const {
-    return m_compact ? 0 : m_label->fontMetrics().horizontalAdvance(m_label->text());
+    // The advance is rounded, and a label that is half a pixel short wraps.
+    return m_compact ? 0 : m_label->fontMetrics().horizontalAdvance(m_label->text()) + 1;
 }
 
 int FormRow::hintWidth() const {
@@ -144,6 +151,7 @@ FormRow* FormSection::addRow(QWidget* control) {
     auto* row = new FormRow(control);
     m_rows << row;
     m_card->addRow(row);
+    connect(row, &FormRow::textChanged, this, &FormSection::rowsChanged);
     return row;
 }
 
@@ -151,6 +159,13 @@ TextLabel* FormSection::addNote() {
     auto* note = new TextLabel(TextRole::caption, Tint::secondary);
     addContent(note);
     return note;
+}
+
+TextLabel* FormSection::addHint() {
+    auto* hint = new TextLabel(TextRole::caption, Tint::secondary);
+    hint->setContentsMargins(spacing::medium, 0, spacing::medium, spacing::medium);
+    m_card->addRow(hint, CardFrame::Parting::None);
+    return hint;
 }
 
 void FormSection::addContent(QWidget* content) {
@@ -203,7 +218,9 @@ void GroupedForm::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     // Wider windows get wider margins instead of endless fields.
     const int margin = std::max(int(spacing::regular), (width() - widest) / 2 + spacing::regular);
-    m_sections->setContentsMargins(margin, spacing::regular, margin, spacing::huge);
+    // The bar beside the form counts to the margin, so that the form stands in the middle.
+    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
+    m_sections->setContentsMargins(margin, spacing::regular, margin - bar, spacing::huge);
     arrangeRows();
 }
 

@@ -3,6 +3,7 @@
 #include "ui/widgets/TextLabel.h"
 
 #include <QList>
+#include <QSet>
 #include <QVBoxLayout>
 #include <QWidget>
 
@@ -18,14 +19,18 @@ class CardFrame : public QWidget {
 public:
     explicit CardFrame(QWidget* parent = nullptr);
 
+    /// Whether a hairline parts a row from the one above it.
+    enum class Parting { Hairline, None };
+
     /// Appends a row; the card owns it.
-    void addRow(QWidget* row);
+    void addRow(QWidget* row, Parting parting = Parting::Hairline);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
     QVBoxLayout* m_rows;
+    QSet<const QWidget*> m_joined; ///< to the row above
 };
 
 /// A hairline.
@@ -57,6 +62,9 @@ public:
     [[nodiscard]] int hintWidth() const;
     void setStacked(bool stacked, int labelColumn);
 
+signals:
+    void textChanged();
+
 protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
 
@@ -79,6 +87,8 @@ public:
     FormRow* addRow(QWidget* control);
     /// A row of explanation.
     TextLabel* addNote();
+    /// An explanation of the row above it, which it joins.
+    TextLabel* addHint();
     /// Any other row, with the margins of a row.
     void addContent(QWidget* content);
     /// A row of buttons.

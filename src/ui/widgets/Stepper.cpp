@@ -1,7 +1,11 @@
 #include "ui/widgets/Stepper.h"
 
+#include "ui/widgets/Theme.h"
+
 #include <QLineEdit>
-#include <QWheelEvent>
+#include <QStyleOptionSpinBox>
+
+#include <algorithm>
 
 namespace harbrix {
 
@@ -12,9 +16,18 @@ Stepper::Stepper(const Range& range, std::function<QString(int)> textOf, QWidget
     setAlignment(Qt::AlignCenter);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     lineEdit()->setReadOnly(true);
-    lineEdit()->setMinimumWidth(fieldWidth);
     // What cannot be changed there need not be marked.
     connect(lineEdit(), &QLineEdit::selectionChanged, lineEdit(), &QLineEdit::deselect);
+}
+
+QSize Stepper::sizeHint() const {
+    int widest = 0;
+    for (const int end : {minimum(), maximum()})
+        widest = std::max(widest, fontMetrics().horizontalAdvance(textFromValue(end)));
+    QStyleOptionSpinBox option;
+    initStyleOption(&option);
+    const QSize field(std::max(fieldWidth, widest + 2 * spacing::medium), fontMetrics().height());
+    return style()->sizeFromContents(QStyle::CT_SpinBox, &option, field, this);
 }
 
 void Stepper::stepBy(int steps) {
@@ -22,14 +35,6 @@ void Stepper::stepBy(int steps) {
     QSpinBox::stepBy(steps);
     if (value() != before)
         emit stepped(value());
-}
-
-// A form that is scrolled must not change what passes under the pointer.
-void Stepper::wheelEvent(QWheelEvent* event) {
-    if (hasFocus())
-        QSpinBox::wheelEvent(event);
-    else
-        event->ignore();
 }
 
 } // namespace harbrix

@@ -6,7 +6,7 @@
 
 namespace harbrix {
 
-/// A number that two buttons, the arrow keys and the wheel move by steps within its range, shown in
+/// A number that two buttons and the arrow keys move by steps within its range, shown in
 /// words of the caller's: "3 min". It cannot be typed.
 class Stepper : public QSpinBox {
     Q_OBJECT
@@ -21,6 +21,7 @@ public:
 
     Stepper(const Range& range, std::function<QString(int)> textOf, QWidget* parent = nullptr);
 
+    [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
 signals:
@@ -30,7 +31,6 @@ signals:
 protected:
     [[nodiscard]] QString textFromValue(int value) const override { return m_textOf(value); }
     void stepBy(int steps) override;
-    void wheelEvent(QWheelEvent* event) override;
 
 private:
     std::function<QString(int)> m_textOf;
