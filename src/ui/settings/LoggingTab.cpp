@@ -2,6 +2,8 @@
 
 #include "base/ByteCount.h"
 #include "base/Worker.h"
+#include "files/FileUrl.h"
+#include "platform/AtomicFile.h"
 #include "platform/UserDefaults.h"
 #include "services/LanguageManager.h"
 #include "services/LogLine.h"
@@ -11,10 +13,11 @@
 #include "ui/widgets/SavePanel.h"
 #include "ui/widgets/SymbolIcon.h"
 
-#include <QFileInfo>
+#include <QFile>
 #include <QPushButton>
 
-#include <filesystem>
+#include <cerrno>
+#include <cstdio>
 
 namespace harbrix {
 namespace {
@@ -22,16 +25,15 @@ namespace {
 constexpr std::array levels{LogLevel::debug, LogLevel::info, LogLevel::warning, LogLevel::error,
                             LogLevel::critical};
 
-/// Blocks. A copy that fails leaves the source where it is.
+/// Blocks. What fails leaves both files as they were.
 void moveFile(const QUrl& source, const QUrl& destination) {
-    namespace fs = std::filesystem;
-    const fs::path from = source.toLocalFile().toStdString();
-    const fs::path to = destination.toLocalFile().toStdString();
-    std::error_code error;
-    fs::rename(from, to, error);
+    if (::rename(nativePath(source).constData(), nativePath(destination).constData()) == 0 ||
+        errno != EXDEV)
+        return;
     // The temporary directory is often on another file system.
-    if (error && fs::copy_file(from, to, fs::copy_options::overwrite_existing, error))
-        fs::remove(from, error);
+    const auto contents = readFile(source.toLocalFile());
+    if (contents && replaceFile(destination.toLocalFile(), *contents))
+        QFile::remove(source.toLocalFile());
 }
 
 } // namespace
@@ -43,7 +45,7 @@ LoggingTab::LoggingTab(const Environment& environment, QWidget* parent)
       m_fileLogging(makeSettingSwitch(m_defaults, LogManager::fileLoggingKey)),
       m_logSize(new TextLabel(TextRole::body, Tint::secondary, TextLabel::Lines::One)),
       m_export(new QPushButton), m_clear(new QPushButton), m_mode(makeSection()),
-      m_debugModeRow(m_mode->addRow(m_debugMode)), m_debugHint(m_mode->addNote()),
+      m_debugModeRow(m_mode->addRow(m_debugMode)), m_debugHint(m_mode->addHint()),
       m_level(makeSection()), m_selectedLevelRow(m_level->addRow(m_selectedLevel)),
       m_file(makeSection()), m_fileLoggingRow(m_file->addRow(m_fileLogging)),
       m_logSizeRow(m_file->addRow(m_logSize)), m_actions(makeSection()) {
@@ -58,8 +60,7 @@ LoggingTab::LoggingTab(const Environment& environment, QWidget* parent)
         m_selectedLevel->addItem(logLevelMark(level) + QLatin1Char(' ') + logLevelLabel(level),
                                  int(level));
     // Not bound: debug mode lowers the level and the picker is to keep what the user has picked.
-    const qint64 stored = m_defaults.integer(LogManager::logLevelKey).value_or(0);
-    m_selectedLevel->setCurrentIndex(m_selectedLevel->findData(stored));
+    m_selectedLevel->setCurrentIndex(m_selectedLevel->findData(int(m_log.minimumLevel())));
     connect(m_selectedLevel, &QComboBox::activated, this, &LoggingTab::storeLevel);
 
     m_export->setObjectName(QStringLiteral("exportLogs"));
@@ -68,7 +69,10 @@ LoggingTab::LoggingTab(const Environment& environment, QWidget* parent)
     m_clear->setIcon(symbolIcon(QStringLiteral("trash"), Tint::red));
     FlatStyle::setDestructive(*m_clear);
     m_actions->addButtons({m_export, m_clear});
-    connect(m_export, &QPushButton::clicked, this, [this] { m_flows.launch(exportLogs()); });
+    connect(m_export, &QPushButton::clicked, this, [this] {
+        if (m_flows.running() == 0)
+            m_flows.launch(exportLogs());
+    });
     connect(m_clear, &QPushButton::clicked, this, &LoggingTab::clearLogs);
 }
 

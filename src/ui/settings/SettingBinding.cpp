@@ -52,17 +52,15 @@ void bindSetting(Stepper& stepper, UserDefaults& defaults, const QString& key) {
 }
 
 void bindSetting(QComboBox& picker, UserDefaults& defaults, const QString& key) {
-    follow(picker, defaults, key, [&picker](const UserDefaults::Value& value) {
-        const auto* text = std::get_if<QString>(&value);
-        picker.setCurrentIndex(
-            picker.findData(text ? QVariant(*text) : QVariant(std::get<qint64>(value))));
+    const auto indexOf = [&picker](const UserDefaults::Value& value) {
+        return picker.findData(std::get<QString>(value));
+    };
+    follow(picker, defaults, key, [&picker, key, indexOf](const UserDefaults::Value& value) {
+        const int stored = indexOf(value);
+        picker.setCurrentIndex(stored >= 0 ? stored : indexOf(settingOf(key).defaultValue));
     });
     QObject::connect(&picker, &QComboBox::activated, &picker, [&picker, &defaults, key] {
-        const QVariant chosen = picker.currentData();
-        if (chosen.typeId() == QMetaType::QString)
-            defaults.set(key, chosen.toString());
-        else
-            defaults.set(key, chosen.toLongLong());
+        defaults.set(key, picker.currentData().toString());
     });
 }
 
