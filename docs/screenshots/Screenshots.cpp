@@ -263,6 +263,12 @@ void Session::takeBrowser() {
 }
 
 void Session::takeSettings() {
+    m_world.cacheDirectory.launchCleanup();
+    (void) waitUntil([this] {
+        m_world.automation.scheduler.advance(Seconds(0));
+        return m_world.cacheDirectory.lastCleanupDate().has_value();
+    });
+    m_world.automation.scheduler.advance(std::chrono::minutes(25));
     m_scenes.open(QStringLiteral("settings"));
     auto& window = *qobject_cast<SettingsView*>(m_scenes.window(QStringLiteral("settings")));
     int number = 0;
@@ -275,8 +281,7 @@ void Session::takeSettings() {
         settle(m_world);
         const int wanted = (*shown)->widget()->heightForWidth((*shown)->viewport()->width());
         window.resize(SettingsView::defaultSize.width(),
-                      window.height() - (*shown)->viewport()->height() +
-                          std::max((*shown)->widget()->sizeHint().height(), wanted));
+                      window.height() - (*shown)->viewport()->height() + wanted);
         save(window, QStringLiteral("settings-") + QString::fromLatin1(page));
         window.resize(SettingsView::defaultSize);
     }

@@ -35,6 +35,13 @@ TEST_F(MainWindowTest, ShowsHintsWhileThereIsNothing) {
     EXPECT_FALSE(list().isVisible());
 }
 
+TEST_F(MainWindowTest, TheToolbarOpensTheSettings) {
+    open();
+    click("openSettingsButton");
+    ASSERT_TRUE(scenes.window("settings"));
+    EXPECT_TRUE(scenes.window("settings")->isVisible());
+}
+
 TEST_F(MainWindowTest, AddStoresABlankRecordAndOpensItsForm) {
     MainWindowView& window = open();
     click("addNAS");

@@ -1,8 +1,12 @@
 #include "services/LanguageManager.h"
 #include "support/UiWorld.h"
+#include "ui/WindowScenes.h"
+#include "ui/menu/MenuBarController.h"
 #include "ui/menu/MenuContent.h"
 #include "ui/menu/StatusMenu.h"
+#include "ui/settings/SettingsView.h"
 
+#include <QApplication>
 #include <QPointer>
 
 namespace harbrix {
@@ -113,6 +117,33 @@ TEST_F(MenuTest, AnEntryNeverComesToMeanAnotherFile) {
     EXPECT_EQ(menu.actions().at(4)->text(), "  first");
     // A host that still shows the old menu may click on it.
     EXPECT_TRUE(first.isNull());
+}
+
+TEST_F(MenuTest, SettingsAreOneWindowWhileItIsOpen) {
+    WindowScenes scenes(world.environment);
+    MenuBarController menu(world.environment, scenes, world.automation.scheduler,
+                           QDBusConnection(QStringLiteral("no bus")));
+    const auto windows = [] {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QList<SettingsView*> open;
+        for (QWidget* window : QApplication::topLevelWidgets())
+            if (auto* settings = qobject_cast<SettingsView*>(window))
+                open << settings;
+        return open;
+    };
+    menu.openSettings();
+    menu.openSettings();
+    ASSERT_EQ(windows().size(), 1);
+    SettingsView* window = windows().constFirst();
+    EXPECT_EQ(window->windowTitle(), "设置");
+    EXPECT_EQ(window->size(), QSize(580, 460));
+    EXPECT_EQ(window->minimumSize(), QSize(560, 400));
+    window->close();
+    EXPECT_EQ(windows().size(), 0);
+    menu.openSettings();
+    ASSERT_EQ(windows().size(), 1);
+    windows().constFirst()->close();
+    EXPECT_EQ(windows().size(), 0);
 }
 
 TEST(HostTitle, KeepsNamesAsTheyAreInTheProtocolOfTheTray) {

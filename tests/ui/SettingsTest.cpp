@@ -174,6 +174,48 @@ TEST_F(SettingsTest, TheVersionIsStoredAsItsRawValue) {
         EXPECT_EQ(picker.currentText(), row.title);
         EXPECT_EQ(defaults.text("mount.defaultSMBVersion"), row.stored);
     }
+    for (const auto& unusable : {UserDefaults::Value(QString("4")), UserDefaults::Value(true)}) {
+        pick("mount.defaultSMBVersion", 2);
+        defaults.set("mount.defaultSMBVersion", unusable);
+        EXPECT_EQ(picker.currentText(), "Auto");
+    }
+}
+
+TEST_F(SettingsTest, TheWheelScrollsThePageAndChangesOnlyWhatHasTheFocus) {
+    SettingsView& window = open();
+    const struct {
+        int page;
+        const char* control;
+        const char* property;
+    } rows[] = {{0, "HarbrixSelectedLanguage", "currentIndex"},
+                {1, "keepAliveInterval", "value"},
+                {3, "cache.maxSize", "value"},
+                {4, "mount.defaultRetryCount", "value"},
+                {5, "log.minimumLevel", "currentIndex"}};
+    const auto turnWheel = [](QWidget& over) {
+        const QPointF place = over.rect().center();
+        QWheelEvent event(place, over.mapToGlobal(place), {}, {0, -120}, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QSpontaneKeyEvent::setSpontaneous(&event); // as from the desktop: it may bring the focus
+        qApp->notify(&over, &event);
+    };
+    for (const auto& row : rows) {
+        window.showTab(row.page);
+        settle();
+        auto& control = find<QWidget>(row.control);
+        const QVariant before = control.property(row.property);
+        turnWheel(control);
+        EXPECT_EQ(control.property(row.property), before) << row.control;
+    }
+    window.showTab(1);
+    settle();
+    auto& stepper = find<Stepper>("keepAliveInterval");
+    const QPoint place = stepper.mapTo(&window, QPoint());
+    turnWheel(stepper);
+    EXPECT_LT(stepper.mapTo(&window, QPoint()).y(), place.y()) << "the page did not scroll";
+    stepper.setFocus();
+    turnWheel(stepper);
+    EXPECT_EQ(stepper.text(), "2 min");
 }
 
 TEST_F(SettingsTest, ResettingTheNotificationsLeavesTheGlobalSwitch) {
@@ -203,6 +245,13 @@ TEST_F(SettingsTest, TheLimitOfTheCacheIsChosenInMebibytesAndReadBackInBytes) {
     EXPECT_EQ(label("maxSizeText"), "734003200 MB");
     EXPECT_EQ(slider.value(), 5000);
     EXPECT_EQ(defaults.integer("cache.maxSize"), 700 * 1'048'576);
+
+    // At the end for the bytes that it reads, it steps from there, each time anew.
+    for (int press = 0; press < 2; ++press) {
+        QTest::keyClick(&slider, Qt::Key_Left);
+        EXPECT_EQ(defaults.integer("cache.maxSize"), 4900LL * 1'048'576);
+        EXPECT_EQ(slider.value(), 5000);
+    }
 
     defaults.set("cache.maxSize", QString("much"));
     EXPECT_EQ(label("maxSizeText"), "500 MB");
@@ -234,6 +283,22 @@ TEST_F(SettingsTest, TheCachePageTellsFiguresAndCleansUp) {
     EXPECT_TRUE(settleUntil([this] { return label("entryCount") == "0"; }));
 }
 
+TEST_F(SettingsTest, TheSwitchOfTheCleanUpStartsAndStopsItAtOnce) {
+    open();
+    const auto cleanedAfter = [this](Seconds span) {
+        world.automation.scheduler.advance(span);
+        const bool isUnderWay = world.cacheDirectory.isCleaningUp();
+        (void) settleUntil([this] { return !world.cacheDirectory.isCleaningUp(); });
+        return isUnderWay;
+    };
+    world.cacheDirectory.startPeriodicCleanup();
+    click("cache.autoCleanup");
+    EXPECT_FALSE(cleanedAfter(24h));
+    click("cache.autoCleanup");
+    EXPECT_FALSE(cleanedAfter(5h));
+    EXPECT_TRUE(cleanedAfter(2h));
+}
+
 TEST_F(SettingsTest, DebugModeLowersTheLevelAndLeavesThePicker) {
     defaults.set("log.minimumLevel", qint64(2));
     open();
@@ -245,6 +310,12 @@ TEST_F(SettingsTest, DebugModeLowersTheLevelAndLeavesThePicker) {
     EXPECT_EQ(level.currentData().toInt(), 2);
     pick("log.minimumLevel", 3);
     EXPECT_EQ(defaults.value("log.minimumLevel"), UserDefaults::Value(qint64(3)));
+}
+
+TEST_F(SettingsTest, ThePickerShowsTheLevelInForceWhereTheStoredOneIsNone) {
+    defaults.set("log.minimumLevel", qint64(7));
+    open();
+    EXPECT_EQ(find<QComboBox>("log.minimumLevel").currentData().toInt(), int(LogLevel::info));
 }
 
 TEST_F(SettingsTest, LogsAreExportedWhereTheUserSaysAndCleared) {
@@ -261,19 +332,30 @@ TEST_F(SettingsTest, LogsAreExportedWhereTheUserSaysAndCleared) {
     click("log.fileEnabled");
     world.log.log(LogLevel::error, "a line");
     world.log.waitForWrites();
-    click("exportLogs");
+    for (int time = 0; time < 2; ++time)
+        find<QAbstractButton>("exportLogs").click();
     ASSERT_TRUE(settleUntil([this] { return exists("savePanel"); }));
+    ASSERT_TRUE(settleUntil(idle));
+    EXPECT_EQ(scenes.window("settings")->findChildren<QFileDialog*>().size(), 1);
     auto& panel = find<QFileDialog>("savePanel");
     const QString proposed = QFileInfo(panel.selectedFiles().value(0)).fileName();
     EXPECT_TRUE(proposed.startsWith("Harbrix-Logs-")) << proposed.toStdString();
+    const auto temporaryFiles = [this] {
+        return QDir(world.directory.path()).entryList({"Harbrix-Logs-*"}).size();
+    };
+    emit panel.fileSelected(world.directory.filePath("missing/saved.log"));
+    ASSERT_TRUE(settleUntil(idle));
+    EXPECT_EQ(temporaryFiles(), 1) << "a failed move loses the text";
     const QString place = world.directory.filePath("saved.log");
+    QFile former(place); // to be replaced, as the panel has asked
+    ASSERT_TRUE(former.open(QFile::WriteOnly) && former.write("former") == 6);
+    former.close();
     panel.selectFile(place);
     emit panel.fileSelected(place);
-    ASSERT_TRUE(settleUntil([&] { return QFileInfo::exists(place) && idle(); }));
+    ASSERT_TRUE(settleUntil([&] { return temporaryFiles() == 0 && idle(); }));
     QFile saved(place);
     ASSERT_TRUE(saved.open(QFile::ReadOnly));
     EXPECT_TRUE(saved.readAll().contains("a line"));
-    EXPECT_TRUE(QDir(world.directory.path()).entryList({"Harbrix-Logs-*"}).isEmpty());
 
     click("clearLogs");
     world.log.waitForWrites();

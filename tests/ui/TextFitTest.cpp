@@ -75,6 +75,10 @@ TEST_P(TextFitTest, WindowsOfFixedContents) {
 
 TEST_P(TextFitTest, SettingsPages) {
     auto& window = dynamic_cast<SettingsView&>(openScene("settings"));
+    // The limit once it is chosen, and the rows that a clean-up brings.
+    world.automation.defaults.set(CacheManager::maxCacheSizeKey, qint64(5'242'880'000));
+    world.cacheDirectory.launchCleanup();
+    ASSERT_TRUE(settleUntil([this] { return world.cacheDirectory.lastCleanupDate().has_value(); }));
     for (int page = 0; page < 6; ++page) {
         window.showTab(page);
         expectFitInAllSizes(qPrintable(QStringLiteral("settings, page %1").arg(page)), window);
