@@ -52,12 +52,8 @@ void bindSetting(Stepper& stepper, UserDefaults& defaults, const QString& key) {
 }
 
 void bindSetting(QComboBox& picker, UserDefaults& defaults, const QString& key) {
-    const auto indexOf = [&picker](const UserDefaults::Value& value) {
-        return picker.findData(std::get<QString>(value));
-    };
-    follow(picker, defaults, key, [&picker, key, indexOf](const UserDefaults::Value& value) {
-        const int stored = indexOf(value);
-        picker.setCurrentIndex(stored >= 0 ? stored : indexOf(settingOf(key).defaultValue));
+    follow(picker, defaults, key, [&picker](const UserDefaults::Value& value) {
+        picker.setCurrentIndex(picker.findData(std::get<QString>(value)));
     });
     QObject::connect(&picker, &QComboBox::activated, &picker, [&picker, &defaults, key] {
         defaults.set(key, picker.currentData().toString());

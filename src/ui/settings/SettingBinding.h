@@ -20,7 +20,7 @@ class UserDefaults;
 void bindSetting(QCheckBox& toggle, UserDefaults& defaults, const QString& key);
 /// A number, stored as a double.
 void bindSetting(Stepper& stepper, UserDefaults& defaults, const QString& key);
-/// One of the texts that are the data of the picker's items; another text shows as the default.
+/// One of the texts that are the data of the picker's items.
 void bindSetting(QComboBox& picker, UserDefaults& defaults, const QString& key);
 
 /// A stepper over the range of the setting.
