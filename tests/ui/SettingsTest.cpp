@@ -8,6 +8,7 @@
 #include "ui/widgets/Stepper.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
@@ -90,6 +91,34 @@ TEST_F(SettingsTest, HasItsSixPagesInOrderAndFollowsTheLanguage) {
     EXPECT_EQ(find<QAbstractButton>(names[1]).text(), "Startup");
     EXPECT_EQ(scenes.window("settings")->windowTitle(), "Settings");
     EXPECT_EQ(languages.itemText(0), displayName(AppLanguage::system));
+}
+
+TEST_F(SettingsTest, TabsAreTabsToAScreenReaderAndMoveWithTheKeys) {
+    open();
+    auto& first = find<QAbstractButton>("settings.tab.language");
+    auto& second = find<QAbstractButton>("settings.tab.launch");
+    QAccessibleInterface* tab = QAccessible::queryAccessibleInterface(&second);
+    ASSERT_TRUE(tab);
+    EXPECT_EQ(tab->role(), QAccessible::PageTab);
+    EXPECT_EQ(tab->parent()->role(), QAccessible::PageTabList);
+    EXPECT_EQ(tab->text(QAccessible::Name), "启动");
+    EXPECT_FALSE(tab->state().selected);
+    tab->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(tab->state().selected);
+    EXPECT_TRUE(find<QWidget>("launchAtLogin").isVisible());
+
+    second.setFocus();
+    QTest::keyClick(&second, Qt::Key_Left);
+    EXPECT_TRUE(first.hasFocus());
+    EXPECT_TRUE(find<QWidget>("HarbrixSelectedLanguage").isVisible());
+    for (const QWidget* control : scenes.window("settings")->findChildren<QWidget*>()) {
+        const bool takesKeys = control->focusPolicy() != Qt::NoFocus && !control->focusProxy();
+        const auto* button = qobject_cast<const QAbstractButton*>(control);
+        const QString name =
+            button ? button->text() + button->accessibleName() : control->accessibleName();
+        EXPECT_FALSE(takesKeys && name.isEmpty())
+            << control->metaObject()->className() << control->objectName().toStdString();
+    }
 }
 
 TEST_F(SettingsTest, SwitchesStoreBooleansAndShowTheirDefaultForAnythingElse) {

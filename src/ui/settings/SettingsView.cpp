@@ -7,23 +7,16 @@
 #include "ui/settings/LaunchTab.h"
 #include "ui/settings/LoggingTab.h"
 #include "ui/settings/NotificationSettingsTab.h"
+#include "ui/settings/TabButton.h"
 #include "ui/widgets/AccessibleRole.h"
-#include "ui/widgets/SymbolIcon.h"
 
 #include <QButtonGroup>
 #include <QScreen>
 #include <QScrollArea>
 #include <QShortcut>
 #include <QStackedWidget>
-#include <QToolButton>
 
 namespace harbrix {
-namespace {
-
-constexpr QSize tabSymbolSize(22, 22);
-constexpr int narrowestTab = 76;
-
-} // namespace
 
 SettingsView::SettingsView(const Environment& environment, QWidget* parent)
     : QWidget(parent), m_buttons(new QButtonGroup(this)), m_stack(new QStackedWidget) {
@@ -58,20 +51,8 @@ SettingsView::SettingsView(const Environment& environment, QWidget* parent)
 }
 
 void SettingsView::addPage(const char* symbol, TextKey title, SettingsTab* tab) {
-    auto* button = new QToolButton;
+    auto* button = new TabButton(QString::fromLatin1(symbol));
     button->setObjectName(QString::fromUtf8(title.entry().key));
-    const QString name = QString::fromLatin1(symbol);
-    button->setIcon(symbolIcon(name, Tint::secondary));
-    connect(button, &QToolButton::toggled, button, [button, name](bool isOn) {
-        button->setIcon(symbolIcon(name, isOn ? Tint::blue : Tint::secondary));
-    });
-    button->setMinimumWidth(narrowestTab);
-    button->setIconSize(tabSymbolSize);
-    button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
-    button->setFont(fontFor(TextRole::caption));
-    button->setAutoRaise(true);
-    button->setCheckable(true);
-    button->setFocusPolicy(Qt::TabFocus);
     m_buttons->addButton(button, int(m_pages.size()));
     m_stack->addWidget(makeFormArea(tab));
     const auto number = int(m_pages.size());

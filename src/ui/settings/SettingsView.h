@@ -9,11 +9,11 @@
 
 class QButtonGroup;
 class QStackedWidget;
-class QToolButton;
 
 namespace harbrix {
 
 class SettingsTab;
+class TabButton;
 
 /// The settings: six pages, and a bar with a symbol and a title for each.
 class SettingsView : public QWidget {
@@ -35,7 +35,7 @@ private:
     struct Page {
         TextKey title;
         SettingsTab* tab;
-        QToolButton* button;
+        TabButton* button;
     };
 
     void addPage(const char* symbol, TextKey title, SettingsTab* tab);
