@@ -9,6 +9,7 @@
 #include "ui/browser/FileBrowserWindow.h"
 #include "ui/main/MainWindowView.h"
 #include "ui/menu/StatusMenu.h"
+#include "ui/settings/SettingsView.h"
 #include "ui/widgets/Theme.h"
 
 #include <QApplication>
@@ -90,6 +91,7 @@ private:
     void takeMenu();
     void fillSampleShare(const QString& folder);
     void takeBrowser();
+    void takeSettings();
     void takeAlert(MainWindowView& window);
 
     Variant m_variant;
@@ -260,6 +262,27 @@ void Session::takeBrowser() {
     window.close();
 }
 
+void Session::takeSettings() {
+    m_scenes.open(QStringLiteral("settings"));
+    auto& window = *qobject_cast<SettingsView*>(m_scenes.window(QStringLiteral("settings")));
+    int number = 0;
+    for (const char* page :
+         {"language", "launch", "notifications", "cache", "advanced", "logging"}) {
+        window.showTab(number++);
+        // Tall enough for all of the page, so that nothing of it is missed.
+        const auto areas = window.findChildren<QScrollArea*>(QStringLiteral("formScroll"));
+        const auto shown = std::ranges::find_if(areas, &QWidget::isVisible);
+        settle(m_world);
+        const int wanted = (*shown)->widget()->heightForWidth((*shown)->viewport()->width());
+        window.resize(SettingsView::defaultSize.width(),
+                      window.height() - (*shown)->viewport()->height() +
+                          std::max((*shown)->widget()->sizeHint().height(), wanted));
+        save(window, QStringLiteral("settings-") + QString::fromLatin1(page));
+        window.resize(SettingsView::defaultSize);
+    }
+    window.close();
+}
+
 void Session::takeAll() {
     const QSize regular(760, 560);
     save(mainWindow({600, 500}), QStringLiteral("empty"));
@@ -284,6 +307,7 @@ void Session::takeAll() {
     about->show();
     save(*about, QStringLiteral("about"));
     takeBrowser();
+    takeSettings();
     takeMenu();
 }
 
@@ -305,6 +329,7 @@ int main(int argc, char** argv) {
     Theme theme(application);
     for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
         theme.setColorScheme(scheme);
+        theme.useLanguage(QLocale(rawValue(*language)));
         Session({scheme, *language, arguments.mid(3)}, folder).takeAll();
     }
     return 0;

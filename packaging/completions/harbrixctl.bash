@@ -33,6 +33,13 @@ _harbrixctl_shares() {
     done
 }
 
+# What the setting $2 takes, where that is a choice: "true or false", "one of a, b".
+_harbrixctl_values() {
+    "$1" settings list 2>/dev/null | awk -v key="$2" '
+        $1 == key && /  true or false$/ { print "true\nfalse" }
+        $1 == key && sub(/.*  one of /, "") { gsub(/, /, "\n"); print }'
+}
+
 # Puts those of the lines of $1 that continue the word before the cursor into COMPREPLY, quoted for the shell.
 _harbrixctl_offer() {
     local typed=$2 quoted=yes candidate
@@ -56,7 +63,8 @@ _harbrixctl_offer_files() {
 _harbrixctl_offer_value() {
     case $2 in
         'NAME|ID') _harbrixctl_offer "$(_harbrixctl_shares "$1")" "$3" ;;
-        KEY) _harbrixctl_offer "$("$1" settings list 2>/dev/null | sed -n 's/^\([a-z][^ ]*\)  .*/\1/p')" "$3" ;;
+        KEY) _harbrixctl_offer "$("$1" settings list 2>/dev/null | sed -n '2,$s/ .*//p')" "$3" ;;
+        VALUE) _harbrixctl_offer "$(_harbrixctl_values "$1" "${COMP_WORDS[COMP_CWORD - 1]}")" "$3" ;;
         FILE) _harbrixctl_offer_files -f "$3" ;;
         FOLDER) _harbrixctl_offer_files -d "$3" ;;
         *\|*) _harbrixctl_offer "${2//|/$'\n'}" "$3" ;;

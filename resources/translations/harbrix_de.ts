@@ -13,15 +13,15 @@
     </message>
     <message>
         <source>browser.empty.hint</source>
-        <translation>Binden Sie im Hauptfenster ein NAS ein, um Dateien zu durchsuchen.</translation>
+        <translation>Hängen Sie im Hauptfenster ein NAS ein, um dessen Dateien zu durchsuchen.</translation>
     </message>
     <message>
         <source>browser.empty.title</source>
-        <translation>Kein NAS eingebunden</translation>
+        <translation>Kein NAS eingehängt</translation>
     </message>
     <message>
         <source>browser.fileExists</source>
-        <translation>Datei existiert bereits</translation>
+        <translation>Datei bereits vorhanden</translation>
     </message>
     <message>
         <source>browser.fileExistsMessage</source>
@@ -49,7 +49,7 @@
     </message>
     <message>
         <source>browser.showInFinder</source>
-        <translation>Im Dateimanager zeigen</translation>
+        <translation>Im Dateimanager anzeigen</translation>
     </message>
     <message>
         <source>browser.skip</source>
@@ -73,11 +73,11 @@
     </message>
     <message>
         <source>common.save</source>
-        <translation>Sichern</translation>
+        <translation>Speichern</translation>
     </message>
     <message>
         <source>filesystem.offline.empty</source>
-        <translation>Das NAS ist getrennt. Aus diesem Ordner sind keine Dateien zwischengespeichert.</translation>
+        <translation>Das NAS ist nicht verbunden. Aus diesem Ordner sind keine Dateien zwischengespeichert.</translation>
     </message>
     <message>
         <source>language.system</source>
@@ -97,11 +97,11 @@
     </message>
     <message>
         <source>main.emptyDetailHint</source>
-        <translation>Wählen Sie links eine Konfiguration oder legen Sie mit der Taste oben ein neues NAS an.</translation>
+        <translation>Wählen Sie links eine Konfiguration aus oder legen Sie mit der Schaltfläche oben ein neues NAS an.</translation>
     </message>
     <message>
         <source>main.mountedFoldersTitle</source>
-        <translation>Eingebundene Ordner</translation>
+        <translation>Eingehängte Ordner</translation>
     </message>
     <message>
         <source>main.nasList</source>
@@ -141,7 +141,7 @@
     </message>
     <message>
         <source>menubar.mountAll</source>
-        <translation>Jetzt alle einbinden</translation>
+        <translation>Jetzt alle einhängen</translation>
     </message>
     <message>
         <source>menubar.noConfigs</source>
@@ -161,11 +161,11 @@
     </message>
     <message>
         <source>menubar.recentFiles</source>
-        <translation>Zuletzt benutzt</translation>
+        <translation>Zuletzt verwendete Dateien</translation>
     </message>
     <message>
         <source>menubar.unmountAll</source>
-        <translation>Jetzt alle trennen</translation>
+        <translation>Jetzt alle aushängen</translation>
     </message>
     <message>
         <source>nas.address</source>
@@ -181,11 +181,11 @@
     </message>
     <message>
         <source>nas.authMethod</source>
-        <translation>Anmeldeart</translation>
+        <translation>Anmeldeverfahren</translation>
     </message>
     <message>
         <source>nas.autoMount</source>
-        <translation>Automatisch einbinden</translation>
+        <translation>Automatisch einhängen</translation>
     </message>
     <message>
         <source>nas.basicInfo</source>
@@ -197,7 +197,7 @@
     </message>
     <message>
         <source>nas.connectionSuccess</source>
-        <translation>Verbunden (Antwortzeit %@ ms)</translation>
+        <translation>Verbunden (Latenz: %@ ms)</translation>
     </message>
     <message>
         <source>nas.customMountPoint</source>
@@ -205,27 +205,27 @@
     </message>
     <message>
         <source>nas.mount</source>
-        <translation>Einbinden</translation>
+        <translation>Einhängen</translation>
     </message>
     <message>
         <source>nas.mountError</source>
-        <translation>Problem beim Einbinden</translation>
+        <translation>Problem beim Einhängen</translation>
     </message>
     <message>
         <source>nas.mountOptions</source>
-        <translation>Optionen zum Einbinden</translation>
+        <translation>Einhängeoptionen</translation>
     </message>
     <message>
         <source>nas.mountPointExample1</source>
-        <translation>Beispiel: ~/HarbrixVolumes/MyNAS (empfohlen, wird angelegt)</translation>
+        <translation>Beispiel: ~/HarbrixVolumes/MyNAS (empfohlen, wird automatisch angelegt)</translation>
     </message>
     <message>
         <source>nas.mountPointExample2</source>
-        <translation>Beispiel: /Volumes/MyNAS (der Ordner muss existieren)</translation>
+        <translation>Beispiel: /mnt/MyNAS (der Ordner muss von Hand angelegt werden)</translation>
     </message>
     <message>
         <source>nas.mountPointHelp</source>
-        <translation>Wo die Freigabe erscheint. Leer: ~/HarbrixVolumes/&lt;Name&gt;. Ordner unter /Volumes/ müssen von Hand angelegt werden.</translation>
+        <translation>Wo die Freigabe eingehängt wird. Leer lassen für ~/HarbrixVolumes/&lt;Name&gt;. Hinweis: Ordner außerhalb des persönlichen Ordners, etwa unter /mnt/, müssen von Hand angelegt werden.</translation>
     </message>
     <message>
         <source>nas.mountPointPlaceholder</source>
@@ -233,7 +233,7 @@
     </message>
     <message>
         <source>nas.mounting</source>
-        <translation>Wird eingebunden...</translation>
+        <translation>Wird eingehängt...</translation>
     </message>
     <message>
         <source>nas.name</source>
@@ -253,7 +253,7 @@
     </message>
     <message>
         <source>nas.networkBinding.hint</source>
-        <translation>Dieses NAS wird nur in passenden Netzwerken automatisch eingebunden. Von Hand geht es immer.</translation>
+        <translation>Dieses NAS wird nur in passenden Netzwerken automatisch eingehängt. Von Hand lässt es sich immer einhängen.</translation>
     </message>
     <message>
         <source>nas.networkBinding.ipRange</source>
@@ -277,7 +277,7 @@
     </message>
     <message>
         <source>nas.networkBinding.ssid.add</source>
-        <translation>WLAN-Namen hinzufügen</translation>
+        <translation>WLAN-Name</translation>
     </message>
     <message>
         <source>nas.networkBinding.strategy</source>
@@ -289,7 +289,7 @@
     </message>
     <message>
         <source>nas.networkMismatch.message</source>
-        <translation>Das NAS ist nicht an dieses Netzwerk gebunden; die Verbindung schlägt womöglich fehl. Trotzdem versuchen?</translation>
+        <translation>Dieses NAS ist nicht an das aktuelle Netzwerk gebunden; die Verbindung schlägt möglicherweise fehl. Trotzdem versuchen?</translation>
     </message>
     <message>
         <source>nas.networkMismatch.title</source>
@@ -313,7 +313,7 @@
     </message>
     <message>
         <source>nas.readOnly</source>
-        <translation>Nur lesen</translation>
+        <translation>Schreibgeschützt einhängen</translation>
     </message>
     <message>
         <source>nas.sharePath</source>
@@ -337,7 +337,7 @@
     </message>
     <message>
         <source>nas.unmount</source>
-        <translation>Trennen</translation>
+        <translation>Aushängen</translation>
     </message>
     <message>
         <source>nas.username</source>
@@ -373,23 +373,23 @@
     </message>
     <message>
         <source>nfs.error.invalidArgument</source>
-        <translation>mount_nfs hat ein falsches Argument bekommen. Prüfen Sie Adresse und Exportpfad. Nur NFSv4 wird unterstützt.</translation>
+        <translation>mount_nfs hat ein ungültiges Argument erhalten. Prüfen Sie die Adresse des NFS-Servers und den Exportpfad. Derzeit wird nur NFSv4 unterstützt.</translation>
     </message>
     <message>
         <source>nfs.error.sudoRequired</source>
-        <translation>NFS einzubinden erfordert root. Erlauben Sie mount_nfs in sudoers ohne Passwort, oder binden Sie von Hand ein und nutzen Sie einen eigenen Einhängepunkt.</translation>
+        <translation>Das Einhängen von NFS erfordert root-Rechte. Erlauben Sie mount_nfs in sudoers ohne Passwort, oder hängen Sie die Freigabe von Hand ein und verwenden Sie einen eigenen Einhängepunkt.</translation>
     </message>
     <message>
         <source>nfs.mountOptions.detail</source>
-        <translation>Feste Optionen: vers=4 (NFSv4), tcp (TCP-Transport), noresvport (unprivilegierter Port); bei „Nur lesen“ zusätzlich ro.</translation>
+        <translation>Feste Optionen: vers=4 (NFSv4), tcp (TCP-Übertragung), noresvport (nicht privilegierter Port); beim schreibgeschützten Einhängen zusätzlich ro.</translation>
     </message>
     <message>
         <source>nfs.mountOptions.title</source>
-        <translation>NFSv4-Optionen</translation>
+        <translation>NFSv4-Einhängeoptionen</translation>
     </message>
     <message>
         <source>nfs.noAuthNote</source>
-        <translation>NFS braucht weder Benutzername noch Passwort. Den Zugriff regeln die Exporte des NFS-Servers.</translation>
+        <translation>NFS benötigt weder Benutzername noch Passwort. Den Zugriff regelt die Exportkonfiguration (exports) des NFS-Servers.</translation>
     </message>
     <message>
         <source>nfs.sharePath</source>
@@ -401,7 +401,7 @@
     </message>
     <message>
         <source>nfs.versionNote</source>
-        <translation>Nur NFSv4 wird unterstützt (über TCP, von einem unprivilegierten Port).</translation>
+        <translation>Derzeit wird nur NFSv4 unterstützt (über TCP, von einem nicht privilegierten Port)</translation>
     </message>
     <message>
         <source>notification.action.retry</source>
@@ -413,11 +413,11 @@
     </message>
     <message>
         <source>notification.event.mountFailure</source>
-        <translation>Einbinden fehlgeschlagen</translation>
+        <translation>Einhängen fehlgeschlagen</translation>
     </message>
     <message>
         <source>notification.event.mountSuccess</source>
-        <translation>Eingebunden</translation>
+        <translation>Einhängen erfolgreich</translation>
     </message>
     <message>
         <source>notification.event.networkChange</source>
@@ -425,7 +425,7 @@
     </message>
     <message>
         <source>notification.event.transferComplete</source>
-        <translation>Übertragung beendet</translation>
+        <translation>Übertragung abgeschlossen</translation>
     </message>
     <message>
         <source>notification.event.transferFailed</source>
@@ -433,7 +433,7 @@
     </message>
     <message>
         <source>notification.event.unmount</source>
-        <translation>Getrennt</translation>
+        <translation>Aushängen</translation>
     </message>
     <message>
         <source>notification.mount.failure.body</source>
@@ -445,7 +445,7 @@
     </message>
     <message>
         <source>notification.mount.success.body</source>
-        <translation>%@ ist eingebunden</translation>
+        <translation>%@ wurde eingehängt</translation>
     </message>
     <message>
         <source>notification.mount.success.title</source>
@@ -457,19 +457,19 @@
     </message>
     <message>
         <source>notification.transfer.download.title</source>
-        <translation>Download beendet</translation>
+        <translation>Download abgeschlossen</translation>
     </message>
     <message>
         <source>notification.transfer.upload.body</source>
-        <translation>%@ wurde auf das NAS geladen</translation>
+        <translation>%@ wurde auf das NAS hochgeladen</translation>
     </message>
     <message>
         <source>notification.transfer.upload.title</source>
-        <translation>Upload beendet</translation>
+        <translation>Upload abgeschlossen</translation>
     </message>
     <message>
         <source>notification.unmount.body</source>
-        <translation>%@ ist getrennt</translation>
+        <translation>%@ wurde ausgehängt</translation>
     </message>
     <message>
         <source>notification.unmount.title</source>
@@ -477,7 +477,7 @@
     </message>
     <message>
         <source>settings.advanced.connectionTimeout</source>
-        <translation>Verbindungs-Zeitlimit</translation>
+        <translation>Zeitlimit für Verbindungen</translation>
     </message>
     <message>
         <source>settings.advanced.retry</source>
@@ -485,15 +485,15 @@
     </message>
     <message>
         <source>settings.advanced.retry.hint</source>
-        <translation>Was nach einem Fehlschlag geschieht. Der Abstand wächst mit jedem Versuch (exponentielles Back-off).</translation>
+        <translation>Was nach einem fehlgeschlagenen Einhängen geschieht. Der Abstand wächst mit jedem Versuch (exponentielles Backoff).</translation>
     </message>
     <message>
         <source>settings.advanced.retryCount</source>
-        <translation>Anzahl der Versuche</translation>
+        <translation>Anzahl der Wiederholungen</translation>
     </message>
     <message>
         <source>settings.advanced.retryInterval</source>
-        <translation>Abstand der Versuche</translation>
+        <translation>Abstand der Wiederholungen</translation>
     </message>
     <message>
         <source>settings.advanced.smb</source>
@@ -509,7 +509,7 @@
     </message>
     <message>
         <source>settings.advanced.timeout.hint</source>
-        <translation>Die längste Wartezeit auf eine NAS-Verbindung. Langsame Netzwerke brauchen mehr.</translation>
+        <translation>Die längste Wartezeit auf eine Verbindung zum NAS. In langsamen Netzwerken hilft ein höheres Zeitlimit.</translation>
     </message>
     <message>
         <source>settings.cache.autoCleanup</source>
@@ -529,7 +529,7 @@
     </message>
     <message>
         <source>settings.cache.diskSpace</source>
-        <translation>Freier Speicher</translation>
+        <translation>Freier Speicherplatz</translation>
     </message>
     <message>
         <source>settings.cache.entryCount</source>
@@ -545,7 +545,7 @@
     </message>
     <message>
         <source>settings.cache.lastRemoved</source>
-        <translation>Entfernt</translation>
+        <translation>Entfernte Dateien</translation>
     </message>
     <message>
         <source>settings.cache.maxSize</source>
@@ -553,7 +553,7 @@
     </message>
     <message>
         <source>settings.cache.totalSize</source>
-        <translation>Belegter Platz</translation>
+        <translation>Belegter Speicherplatz</translation>
     </message>
     <message>
         <source>settings.cache.usage</source>
@@ -561,19 +561,19 @@
     </message>
     <message>
         <source>settings.keepAlive.enabled</source>
-        <translation>Verbindungen halten</translation>
+        <translation>Verbindungen aufrechterhalten</translation>
     </message>
     <message>
         <source>settings.keepAlive.hint</source>
-        <translation>Harbrix sieht in diesem Abstand nach eingebundenen Freigaben. Ist eine verschwunden, das Heimnetz aber da, wird sie wieder eingebunden.</translation>
+        <translation>Harbrix prüft regelmäßig die Verbindung zu eingehängten NAS. Geht sie verloren, während Sie noch im Heimnetz sind, wird das NAS automatisch wieder eingehängt.</translation>
     </message>
     <message>
         <source>settings.keepAlive.interval</source>
-        <translation>Prüfen alle</translation>
+        <translation>Prüfintervall</translation>
     </message>
     <message>
         <source>settings.keepAlive.title</source>
-        <translation>Verbindung halten</translation>
+        <translation>Verbindungserhaltung</translation>
     </message>
     <message>
         <source>settings.language.app</source>
@@ -581,11 +581,11 @@
     </message>
     <message>
         <source>settings.language.disclaimer</source>
-        <translation>Manche Übersetzungen sind noch unvollständig; was fehlt, erscheint in der Grundsprache. Wir bitten um Entschuldigung.</translation>
+        <translation>Manche Übersetzungen sind möglicherweise noch unvollständig; fehlende Texte erscheinen auf Englisch. Wir arbeiten daran und bitten um Entschuldigung.</translation>
     </message>
     <message>
         <source>settings.language.restartHint</source>
-        <translation>Starten Sie das Programm nach einem Wechsel neu, damit er überall wirkt.</translation>
+        <translation>Starten Sie die Anwendung nach einem Sprachwechsel neu, damit er überall wirksam wird.</translation>
     </message>
     <message>
         <source>settings.language.select</source>
@@ -597,47 +597,47 @@
     </message>
     <message>
         <source>settings.launch.atLogin</source>
-        <translation>Beim Anmelden starten</translation>
+        <translation>Bei der Anmeldung starten</translation>
     </message>
     <message>
         <source>settings.launch.atLogin.hint</source>
-        <translation>Harbrix startet mit Ihrer Anmeldung und läuft im Infobereich.</translation>
+        <translation>Harbrix startet bei Ihrer Anmeldung automatisch und läuft im Infobereich.</translation>
     </message>
     <message>
         <source>settings.launch.autoMount</source>
-        <translation>Automatisches Einbinden</translation>
+        <translation>Automatisches Einhängen</translation>
     </message>
     <message>
         <source>settings.launch.autoMount.hint</source>
-        <translation>Beim Start werden alle aktiven NAS mit passendem Netzwerk eingebunden.</translation>
+        <translation>Beim Start werden alle aktivierten NAS mit passendem Netzwerk automatisch eingehängt.</translation>
     </message>
     <message>
         <source>settings.launch.autoMount.toggle</source>
-        <translation>Beim Start einbinden</translation>
+        <translation>Beim Start einhängen</translation>
     </message>
     <message>
         <source>settings.launch.behavior</source>
-        <translation>Start</translation>
+        <translation>Startverhalten</translation>
     </message>
     <message>
         <source>settings.launch.stability.binding</source>
-        <translation>Netzwerkbindung: automatisch nur in passenden Netzwerken</translation>
+        <translation>Netzwerkbindung: automatisches Einhängen nur in passenden Heimnetzen</translation>
     </message>
     <message>
         <source>settings.launch.stability.network</source>
-        <translation>Entprellung: wartet nach einem Netzwerkwechsel 2 Sekunden</translation>
+        <translation>Entprellung: wartet nach einem Netzwerkwechsel 2 Sekunden, bevor eingehängt wird</translation>
     </message>
     <message>
         <source>settings.launch.stability.retry</source>
-        <translation>Back-off: neue Versuche nach 10s→30s→60s→300s</translation>
+        <translation>Exponentielles Backoff: neue Versuche nach 10s→30s→60s→300s</translation>
     </message>
     <message>
         <source>settings.launch.stability.title</source>
-        <translation>Wie Verbindungen stabil bleiben</translation>
+        <translation>So bleiben Verbindungen stabil</translation>
     </message>
     <message>
         <source>settings.launch.stability.wake</source>
-        <translation>Ruhezustand: bindet nach dem Aufwachen wieder ein</translation>
+        <translation>Ruhezustand: hängt nach dem Aufwachen automatisch wieder ein</translation>
     </message>
     <message>
         <source>settings.logging.actions</source>
@@ -653,7 +653,7 @@
     </message>
     <message>
         <source>settings.logging.debug.hint</source>
-        <translation>Protokolliert ausführlich; kann Tempo kosten.</translation>
+        <translation>Zeichnet ausführliche Informationen zur Fehlersuche auf; das kann die Leistung beeinträchtigen.</translation>
     </message>
     <message>
         <source>settings.logging.export</source>
@@ -665,11 +665,11 @@
     </message>
     <message>
         <source>settings.logging.fileSize</source>
-        <translation>Größe der Protokolle</translation>
+        <translation>Größe der Protokolldateien</translation>
     </message>
     <message>
         <source>settings.logging.fileToggle</source>
-        <translation>In Datei protokollieren</translation>
+        <translation>In Protokolldatei schreiben</translation>
     </message>
     <message>
         <source>settings.logging.level</source>
@@ -685,7 +685,7 @@
     </message>
     <message>
         <source>settings.notification.enableAll</source>
-        <translation>Mitteilungen erlauben</translation>
+        <translation>Alle Benachrichtigungen aktivieren</translation>
     </message>
     <message>
         <source>settings.notification.events</source>
@@ -701,7 +701,7 @@
     </message>
     <message>
         <source>settings.notification.systemHint</source>
-        <translation>Achten Sie darauf, dass der Desktop Mitteilungen von Harbrix erlaubt.</translation>
+        <translation>Stellen Sie sicher, dass die Systemeinstellungen Benachrichtigungen von Harbrix erlauben.</translation>
     </message>
     <message>
         <source>settings.tab.advanced</source>
@@ -725,7 +725,7 @@
     </message>
     <message>
         <source>settings.tab.notifications</source>
-        <translation>Mitteilungen</translation>
+        <translation>Benachrichtigungen</translation>
     </message>
     <message>
         <source>status.failed</source>
@@ -733,7 +733,7 @@
     </message>
     <message>
         <source>status.failed.a11y</source>
-        <translation>Fehlgeschlagen</translation>
+        <translation>Einhängen fehlgeschlagen</translation>
     </message>
     <message>
         <source>status.idle</source>
@@ -741,11 +741,11 @@
     </message>
     <message>
         <source>status.mounted</source>
-        <translation>Eingebunden</translation>
+        <translation>Eingehängt</translation>
     </message>
     <message>
         <source>status.mounting</source>
-        <translation>Wird eingebunden...</translation>
+        <translation>Wird eingehängt...</translation>
     </message>
     <message>
         <source>status.offline</source>
@@ -753,15 +753,18 @@
     </message>
     <message>
         <source>status.unmounting</source>
-        <translation>Wird getrennt...</translation>
+        <translation>Wird ausgehängt...</translation>
     </message>
     <message>
         <source>status.unmounting.a11y</source>
-        <translation>Wird getrennt</translation>
+        <translation>Wird ausgehängt</translation>
     </message>
-    <message>
+    <message numerus="yes">
         <source>transfer.activeCount</source>
-        <translation>%lld aktiv</translation>
+        <translation>
+            <numerusform>%lld aktiv</numerusform>
+            <numerusform>%lld aktiv</numerusform>
+        </translation>
     </message>
     <message>
         <source>transfer.cancelled</source>
@@ -769,7 +772,7 @@
     </message>
     <message>
         <source>transfer.clearCompleted</source>
-        <translation>Beendete Übertragungen entfernen</translation>
+        <translation>Abgeschlossene Übertragungen entfernen</translation>
     </message>
     <message>
         <source>transfer.done</source>
@@ -793,7 +796,7 @@
     </message>
     <message>
         <source>transfer.queued</source>
-        <translation>Wartet</translation>
+        <translation>In Warteschlange</translation>
     </message>
     <message>
         <source>transfer.title</source>
@@ -837,7 +840,7 @@
     </message>
     <message>
         <source>Show in Finder</source>
-        <translation>Im Dateimanager zeigen</translation>
+        <translation>Im Dateimanager anzeigen</translation>
     </message>
     <message>
         <source>Empty Folder</source>

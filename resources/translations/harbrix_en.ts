@@ -41,7 +41,7 @@
     </message>
     <message>
         <source>browser.quickLook</source>
-        <translation>Quick Look</translation>
+        <translation>Preview</translation>
     </message>
     <message>
         <source>browser.rename</source>
@@ -77,11 +77,11 @@
     </message>
     <message>
         <source>filesystem.offline.empty</source>
-        <translation>The NAS is disconnected. No files of this folder are cached.</translation>
+        <translation>The NAS is disconnected. No files in this folder have been cached.</translation>
     </message>
     <message>
         <source>language.system</source>
-        <translation>Follow System</translation>
+        <translation>Same as System</translation>
     </message>
     <message>
         <source>main.about</source>
@@ -97,7 +97,7 @@
     </message>
     <message>
         <source>main.emptyDetailHint</source>
-        <translation>Choose a configuration from the list, or add a new NAS with the button above.</translation>
+        <translation>Choose a configuration from the list on the left, or click the button above to add a new NAS.</translation>
     </message>
     <message>
         <source>main.mountedFoldersTitle</source>
@@ -181,7 +181,7 @@
     </message>
     <message>
         <source>nas.authMethod</source>
-        <translation>Method</translation>
+        <translation>Authentication method</translation>
     </message>
     <message>
         <source>nas.autoMount</source>
@@ -217,15 +217,15 @@
     </message>
     <message>
         <source>nas.mountPointExample1</source>
-        <translation>Example: ~/HarbrixVolumes/MyNAS (recommended, made for you)</translation>
+        <translation>Example: ~/HarbrixVolumes/MyNAS (recommended, created automatically)</translation>
     </message>
     <message>
         <source>nas.mountPointExample2</source>
-        <translation>Example: /Volumes/MyNAS (the folder has to exist)</translation>
+        <translation>Example: /mnt/MyNAS (you have to create the folder yourself)</translation>
     </message>
     <message>
         <source>nas.mountPointHelp</source>
-        <translation>Where the share appears. Leave empty for ~/HarbrixVolumes/&lt;name&gt;. Folders below /Volumes/ have to be made by hand.</translation>
+        <translation>Where the share is mounted. Leave empty to use ~/HarbrixVolumes/&lt;name&gt;. Note: folders outside your home folder, such as in /mnt/, have to be created by hand.</translation>
     </message>
     <message>
         <source>nas.mountPointPlaceholder</source>
@@ -253,7 +253,7 @@
     </message>
     <message>
         <source>nas.networkBinding.hint</source>
-        <translation>This NAS is mounted automatically on matching networks only. Mounting by hand always works.</translation>
+        <translation>This NAS is mounted automatically on matching networks only. You can always mount it by hand.</translation>
     </message>
     <message>
         <source>nas.networkBinding.ipRange</source>
@@ -277,7 +277,7 @@
     </message>
     <message>
         <source>nas.networkBinding.ssid.add</source>
-        <translation>Add a Wi-Fi name</translation>
+        <translation>Wi-Fi name</translation>
     </message>
     <message>
         <source>nas.networkBinding.strategy</source>
@@ -289,7 +289,7 @@
     </message>
     <message>
         <source>nas.networkMismatch.message</source>
-        <translation>This network is not one that the NAS is bound to, so the connection may fail. Try anyway?</translation>
+        <translation>This NAS is not bound to the current network, so the connection may fail. Try anyway?</translation>
     </message>
     <message>
         <source>nas.networkMismatch.title</source>
@@ -313,7 +313,7 @@
     </message>
     <message>
         <source>nas.readOnly</source>
-        <translation>Read-only</translation>
+        <translation>Mount read-only</translation>
     </message>
     <message>
         <source>nas.sharePath</source>
@@ -373,15 +373,15 @@
     </message>
     <message>
         <source>nfs.error.invalidArgument</source>
-        <translation>mount_nfs was given a wrong argument. Check the server's address and the export path. Only NFSv4 is supported.</translation>
+        <translation>mount_nfs was given an invalid argument. Check the address of the NFS server and the export path. Only NFSv4 is supported at present.</translation>
     </message>
     <message>
         <source>nfs.error.sudoRequired</source>
-        <translation>Mounting NFS needs root. Allow mount_nfs without a password in sudoers, or mount by hand and use a custom mount point.</translation>
+        <translation>Mounting NFS requires root privileges. Configure sudoers in a terminal so that mount_nfs runs without a password, or mount the share by hand and use a custom mount point.</translation>
     </message>
     <message>
         <source>nfs.mountOptions.detail</source>
-        <translation>Fixed options: vers=4 (NFSv4), tcp (TCP transport), noresvport (unprivileged port); ro is added for read-only.</translation>
+        <translation>Fixed options: vers=4 (NFSv4), tcp (TCP transport), noresvport (unprivileged port); ro is added for read-only mounts.</translation>
     </message>
     <message>
         <source>nfs.mountOptions.title</source>
@@ -389,7 +389,7 @@
     </message>
     <message>
         <source>nfs.noAuthNote</source>
-        <translation>NFS needs no user name or password. Access is controlled by the exports of the NFS server.</translation>
+        <translation>NFS needs no user name or password. Access is controlled by the exports configuration of the NFS server.</translation>
     </message>
     <message>
         <source>nfs.sharePath</source>
@@ -401,7 +401,7 @@
     </message>
     <message>
         <source>nfs.versionNote</source>
-        <translation>Only NFSv4 is supported (over TCP, from an unprivileged port).</translation>
+        <translation>Only NFSv4 is supported at present (over TCP, from an unprivileged port)</translation>
     </message>
     <message>
         <source>notification.action.retry</source>
@@ -417,7 +417,7 @@
     </message>
     <message>
         <source>notification.event.mountSuccess</source>
-        <translation>Mounted</translation>
+        <translation>Mount succeeded</translation>
     </message>
     <message>
         <source>notification.event.networkChange</source>
@@ -425,7 +425,7 @@
     </message>
     <message>
         <source>notification.event.transferComplete</source>
-        <translation>Transfer finished</translation>
+        <translation>Transfer complete</translation>
     </message>
     <message>
         <source>notification.event.transferFailed</source>
@@ -433,7 +433,7 @@
     </message>
     <message>
         <source>notification.event.unmount</source>
-        <translation>Unmounted</translation>
+        <translation>Unmount</translation>
     </message>
     <message>
         <source>notification.mount.failure.body</source>
@@ -445,7 +445,7 @@
     </message>
     <message>
         <source>notification.mount.success.body</source>
-        <translation>%@ is mounted</translation>
+        <translation>%@ has been mounted</translation>
     </message>
     <message>
         <source>notification.mount.success.title</source>
@@ -453,23 +453,23 @@
     </message>
     <message>
         <source>notification.transfer.download.body</source>
-        <translation>%@ was downloaded</translation>
+        <translation>%@ has been downloaded</translation>
     </message>
     <message>
         <source>notification.transfer.download.title</source>
-        <translation>Download Finished</translation>
+        <translation>Download Complete</translation>
     </message>
     <message>
         <source>notification.transfer.upload.body</source>
-        <translation>%@ was uploaded to the NAS</translation>
+        <translation>%@ has been uploaded to the NAS</translation>
     </message>
     <message>
         <source>notification.transfer.upload.title</source>
-        <translation>Upload Finished</translation>
+        <translation>Upload Complete</translation>
     </message>
     <message>
         <source>notification.unmount.body</source>
-        <translation>%@ is unmounted</translation>
+        <translation>%@ has been unmounted</translation>
     </message>
     <message>
         <source>notification.unmount.title</source>
@@ -509,7 +509,7 @@
     </message>
     <message>
         <source>settings.advanced.timeout.hint</source>
-        <translation>The longest wait for a NAS connection. A longer timeout helps on slow networks.</translation>
+        <translation>The longest time to wait for a connection to a NAS. A longer timeout helps on slow networks.</translation>
     </message>
     <message>
         <source>settings.cache.autoCleanup</source>
@@ -525,7 +525,7 @@
     </message>
     <message>
         <source>settings.cache.clearAll</source>
-        <translation>Clear Whole Cache</translation>
+        <translation>Clear Entire Cache</translation>
     </message>
     <message>
         <source>settings.cache.diskSpace</source>
@@ -545,7 +545,7 @@
     </message>
     <message>
         <source>settings.cache.lastRemoved</source>
-        <translation>Removed</translation>
+        <translation>Files removed</translation>
     </message>
     <message>
         <source>settings.cache.maxSize</source>
@@ -565,7 +565,7 @@
     </message>
     <message>
         <source>settings.keepAlive.hint</source>
-        <translation>Harbrix looks after mounted shares at this interval. One that has gone while the home network is still there is mounted again.</translation>
+        <translation>Harbrix regularly checks the connection to mounted NAS. If one is lost while you are still on your home network, Harbrix tries to mount it again.</translation>
     </message>
     <message>
         <source>settings.keepAlive.interval</source>
@@ -581,11 +581,11 @@
     </message>
     <message>
         <source>settings.language.disclaimer</source>
-        <translation>Some translations may be incomplete; what is missing appears in the base language. We apologise for the inconvenience.</translation>
+        <translation>Some translations may be incomplete; missing texts appear in English. We keep improving them and apologize for any inconvenience.</translation>
     </message>
     <message>
         <source>settings.language.restartHint</source>
-        <translation>Restart the program after a change so that all of it takes effect.</translation>
+        <translation>After changing the language, restart the application so that every window uses it.</translation>
     </message>
     <message>
         <source>settings.language.select</source>
@@ -601,7 +601,7 @@
     </message>
     <message>
         <source>settings.launch.atLogin.hint</source>
-        <translation>Harbrix starts when you log in and runs in the tray.</translation>
+        <translation>Harbrix starts when you log in and runs in the system tray.</translation>
     </message>
     <message>
         <source>settings.launch.autoMount</source>
@@ -609,27 +609,27 @@
     </message>
     <message>
         <source>settings.launch.autoMount.hint</source>
-        <translation>At start all enabled NAS whose network matches are mounted.</translation>
+        <translation>When Harbrix starts, it mounts every enabled NAS whose network matches.</translation>
     </message>
     <message>
         <source>settings.launch.autoMount.toggle</source>
-        <translation>Mount at start</translation>
+        <translation>Mount at startup</translation>
     </message>
     <message>
         <source>settings.launch.behavior</source>
-        <translation>Start</translation>
+        <translation>Startup</translation>
     </message>
     <message>
         <source>settings.launch.stability.binding</source>
-        <translation>Network binding: automatic mounts on matching networks only</translation>
+        <translation>Network binding: automatic mounts only on matching home networks</translation>
     </message>
     <message>
         <source>settings.launch.stability.network</source>
-        <translation>Debounce: waits 2 seconds after a network change</translation>
+        <translation>Network debouncing: waits 2 seconds after a network change before mounting</translation>
     </message>
     <message>
         <source>settings.launch.stability.retry</source>
-        <translation>Back-off: retries after 10s→30s→60s→300s</translation>
+        <translation>Exponential back-off: retries after 10s→30s→60s→300s</translation>
     </message>
     <message>
         <source>settings.launch.stability.title</source>
@@ -637,7 +637,7 @@
     </message>
     <message>
         <source>settings.launch.stability.wake</source>
-        <translation>Sleep and wake: mounts again after the machine wakes</translation>
+        <translation>Sleep and wake: mounts again after the system wakes up</translation>
     </message>
     <message>
         <source>settings.logging.actions</source>
@@ -653,7 +653,7 @@
     </message>
     <message>
         <source>settings.logging.debug.hint</source>
-        <translation>Logs in detail; may cost speed.</translation>
+        <translation>Records detailed debugging information; this may affect performance.</translation>
     </message>
     <message>
         <source>settings.logging.export</source>
@@ -665,7 +665,7 @@
     </message>
     <message>
         <source>settings.logging.fileSize</source>
-        <translation>Size of the log files</translation>
+        <translation>Size of log files</translation>
     </message>
     <message>
         <source>settings.logging.fileToggle</source>
@@ -685,7 +685,7 @@
     </message>
     <message>
         <source>settings.notification.enableAll</source>
-        <translation>Allow notifications</translation>
+        <translation>Enable all notifications</translation>
     </message>
     <message>
         <source>settings.notification.events</source>
@@ -701,7 +701,7 @@
     </message>
     <message>
         <source>settings.notification.systemHint</source>
-        <translation>Make sure that the desktop's settings allow Harbrix to notify you.</translation>
+        <translation>Make sure that the system settings allow Harbrix to send notifications.</translation>
     </message>
     <message>
         <source>settings.tab.advanced</source>
@@ -717,7 +717,7 @@
     </message>
     <message>
         <source>settings.tab.launch</source>
-        <translation>Start</translation>
+        <translation>Startup</translation>
     </message>
     <message>
         <source>settings.tab.logging</source>
@@ -759,9 +759,12 @@
         <source>status.unmounting.a11y</source>
         <translation>Unmounting</translation>
     </message>
-    <message>
+    <message numerus="yes">
         <source>transfer.activeCount</source>
-        <translation>%lld active</translation>
+        <translation>
+            <numerusform>%lld active</numerusform>
+            <numerusform>%lld active</numerusform>
+        </translation>
     </message>
     <message>
         <source>transfer.cancelled</source>

@@ -110,7 +110,8 @@ Environment HarbrixApp::environment() {
              [](const QUrl& file) { showInFileViewer(file); },
              [this](const QString& fileName, TransferDirection direction) {
                  m_notifications.notifyTransferCompleted(fileName, direction);
-             }}};
+             }},
+            {m_defaults, m_log, m_notificationPreferences, m_cacheDirectory, m_loginItem}};
 }
 
 void HarbrixApp::makeUserInterface() {

@@ -1,6 +1,7 @@
 #include "app/UserInterface.h"
 
 #include "platform/SleepMonitor.h"
+#include "services/LanguageManager.h"
 #include "ui/widgets/Windows.h"
 
 #include <QApplication>
@@ -14,6 +15,10 @@ UserInterface::UserInterface(QApplication& application, const Environment& envir
       m_scenes(environment),
       m_menuBarController(environment, m_scenes, scheduler, QDBusConnection::sessionBus()) {
     m_theme.followDesktop(QDBusConnection::sessionBus());
+    const LanguageManager& language = environment.languageManager;
+    m_theme.useLanguage(language.locale());
+    connect(&language, &LanguageManager::localeChanged, this,
+            [this, &language] { m_theme.useLanguage(language.locale()); });
     connect(&m_menuBarController, &MenuBarController::quitRequested, this,
             &UserInterface::quitRequested);
 }

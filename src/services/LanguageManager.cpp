@@ -81,6 +81,8 @@ void LanguageManager::apply() {
     }
     m_defaults.set(QLatin1String(appLanguageKey), raw);
     useTranslations(m_locale, m_translationsDirectory);
+    // What is given no locale goes by it too: the order of names, and the fields of numbers.
+    QLocale::setDefault(m_locale);
     emit localeChanged();
 }
 

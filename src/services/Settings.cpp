@@ -189,7 +189,7 @@ QStringList similarSettingKeys(const QString& unknownKey) {
         if (isPart || distance <= setting.key.size() / 3)
             similar.emplace_back(isPart ? 0 : distance, setting.key);
     }
-    std::ranges::stable_sort(similar, {}, &std::pair<qsizetype, QString>::first);
+    std::ranges::sort(similar);
     QStringList keys;
     for (const auto& [distance, key] : similar)
         keys << key;

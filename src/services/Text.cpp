@@ -5,22 +5,59 @@
 #include <QTranslator>
 
 #include <memory>
+#include <vector>
 
 namespace harbrix {
 namespace {
 
-/// The table of the language in force; none where the default texts are all there is.
-std::unique_ptr<QTranslator>& currentTable() {
-    static std::unique_ptr<QTranslator> table;
+using Table = std::unique_ptr<QTranslator>;
+
+/// Those of the language in force, in the order in which they are asked.
+std::vector<Table>& currentTables() {
+    static std::vector<Table> tables;
+    return tables;
+}
+
+/// A count picks one of a text's plural forms; a text that tells no number has but one.
+QString lookUp(const char* key, const QString& defaultText, int count = -1) {
+    for (const Table& table : currentTables())
+        if (const QString translation = table->translate("texts", key, nullptr, count);
+            !translation.isEmpty())
+            return translation;
+    return defaultText;
+}
+
+Table loadTable(const QLocale& language, const QString& directory) {
+    auto table = std::make_unique<QTranslator>();
+    if (!table->load(language, QStringLiteral("harbrix"), QStringLiteral("_"), directory,
+                     QStringLiteral(".qm")))
+        return nullptr;
     return table;
 }
 
-QString lookUp(const char* key, const QString& defaultText) {
-    const auto& table = currentTable();
-    if (!table)
-        return defaultText;
-    const QString translation = table->translate("texts", key);
-    return translation.isEmpty() ? defaultText : translation;
+std::vector<Table> loadTables(const QLocale& locale, const QString& directory) {
+    std::vector<Table> tables;
+    const auto add = [&](const QLocale& language) {
+        if (Table table = loadTable(language, directory))
+            tables.push_back(std::move(table));
+        return !tables.empty();
+    };
+    const QLocale english(QLocale::English);
+    for (const QString& code : locale.uiLanguages()) {
+        const QLocale language(code);
+        if (language.language() == QLocale::Chinese) {
+            if (!add(language))
+                add(QLocale(QLocale::Chinese, QLocale::SimplifiedHanScript, QLocale::China));
+            return tables;
+        }
+        if (!add(language))
+            continue;
+        if (language.language() == english.language())
+            return tables;
+        break;
+    }
+    add(english);
+    return tables;
 }
 
 } // namespace
@@ -39,6 +76,12 @@ QString literalText(const char* text) {
 
 QString formatted(TextKey key, const QStringList& arguments) {
     return fillPlaceholders(text(key), arguments);
+}
+
+QString formatted(TextKey key, int count, const QLocale& locale) {
+    const QString format =
+        lookUp(key.entry().key, QString::fromUtf8(key.entry().defaultText), count);
+    return fillPlaceholders(format, {locale.toString(count)});
 }
 
 QString fillPlaceholders(const QString& format, const QStringList& arguments) {
@@ -63,10 +106,7 @@ QString fillPlaceholders(const QString& format, const QStringList& arguments) {
 }
 
 void useTranslations(const QLocale& locale, const QString& directory) {
-    auto table = std::make_unique<QTranslator>();
-    const bool found = table->load(locale, QStringLiteral("harbrix"), QStringLiteral("_"),
-                                   directory, QStringLiteral(".qm"));
-    currentTable() = found ? std::move(table) : nullptr;
+    currentTables() = loadTables(locale, directory);
 }
 
 } // namespace harbrix

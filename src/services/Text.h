@@ -19,7 +19,7 @@ private:
     const CatalogueEntry* m_entry;
 };
 
-/// The text of the key in the language in force: the translation of the table for that language,
+/// The text of the key in the language in force: the translation of the first table that has one,
 /// else the default text. Main thread.
 [[nodiscard]] QString text(TextKey key);
 /// The same for the few places whose default text differs from the catalogue's.
@@ -27,16 +27,22 @@ private:
 
 /// The text of the key as a format, its placeholders ("%@", "%1$@", "%lld") filled in order.
 [[nodiscard]] QString formatted(TextKey key, const QStringList& arguments);
+/// The text of a key that tells a number ("%lld"): the plural form for it, with the number as the
+/// locale writes it.
+[[nodiscard]] QString formatted(TextKey key, int count, const QLocale& locale);
 /// Fills the placeholders of a format; "%%" becomes a percent sign. A placeholder without an
 /// argument, and a percent sign in an argument, stay as they are.
 [[nodiscard]] QString fillPlaceholders(const QString& format, const QStringList& arguments);
 
-/// A fixed text that is its own key ("Loading...").
+/// A fixed text that is its own key, one of selfKeyedTexts.
 [[nodiscard]] QString literalText(const char* text);
 
-/// Puts the table for the locale in force, or none where there is no table for it. Tables are Qt
-/// translation files "harbrix_<language>.qm" in the directory, which may be one of the resources;
-/// the source text of each entry is its key, in the context "texts". Main thread.
+/// Puts the table for the first of the locale's languages that has one in force, with English
+/// behind it for what it lacks; a locale without any table reads English. Chinese of every kind is
+/// the base language: its table holds a few texts only, and the default texts are all that is
+/// behind it. Tables are Qt translation files "harbrix_<language>.qm" in the directory, which may
+/// be one of the resources; the source text of each entry is its key, in the context "texts". Main
+/// thread.
 void useTranslations(const QLocale& locale, const QString& directory);
 
 } // namespace harbrix

@@ -228,6 +228,22 @@ static_assert(std::ranges::is_sorted(textCatalogue, {}, [](const CatalogueEntry&
     return std::string_view(entry.key);
 }));
 
+/// The fixed texts that are their own key, as a view gives them to the look-up.
+inline constexpr auto selfKeyedTexts = std::to_array<const char*>({
+    "Loading...",
+    "Name",
+    "Size",
+    "Modified",
+    "Open",
+    "Show in Finder",
+    "Empty Folder",
+    "Drag files here to upload",
+    "OK",
+    "官网",
+    "反馈",
+    "文档",
+});
+
 /// The entry of a key. A text that is no key does not compile.
 consteval const CatalogueEntry* findCatalogueEntry(const char* key) {
     const auto* found = std::ranges::lower_bound(

@@ -5,6 +5,7 @@
 #include "ui/about/AboutView.h"
 #include "ui/browser/FileBrowserWindow.h"
 #include "ui/main/MainWindowView.h"
+#include "ui/settings/SettingsView.h"
 #include "ui/widgets/Windows.h"
 
 #include <QWidget>
@@ -45,12 +46,16 @@ const WindowScenes::Scene* WindowScenes::sceneOf(const QString& identifier) {
          [](const Environment& environment) -> QWidget* {
              return new AboutView(environment, AboutInformation::ofThisBuild());
          }},
+        {QStringLiteral("settings"), "window.settings.title", SettingsView::defaultSize,
+         SettingsView::smallest,
+         [](const Environment& environment) -> QWidget* { return new SettingsView(environment); }},
     };
     const auto found = std::ranges::find(scenes, identifier, &Scene::identifier);
     return found == scenes.end() ? nullptr : &*found;
 }
 
 WindowScenes::WindowScenes(const Environment& environment) : m_environment(environment) {
+    m_environment.openWindow = [this](const QString& identifier) { open(identifier); };
     connect(&m_environment.languageManager, &LanguageManager::localeChanged, this,
             &WindowScenes::retranslate);
 }
@@ -76,6 +81,7 @@ QWidget* WindowScenes::make(const Scene& scene) const {
     QWidget* window = scene.makeContent(m_environment);
     window->setObjectName(scene.identifier);
     window->setWindowTitle(text(scene.title));
+    window->setLocale(m_environment.languageManager.locale());
     if (!scene.minimumSize.isEmpty()) {
         window->setMinimumSize(scene.minimumSize);
         window->resize(scene.defaultSize);
@@ -84,8 +90,10 @@ QWidget* WindowScenes::make(const Scene& scene) const {
 }
 
 void WindowScenes::retranslate() {
-    for (const auto& [identifier, window] : m_windows)
+    for (const auto& [identifier, window] : m_windows) {
         window->setWindowTitle(text(sceneOf(identifier)->title));
+        window->setLocale(m_environment.languageManager.locale());
+    }
 }
 
 } // namespace harbrix

@@ -11,7 +11,8 @@ class QWidget;
 
 namespace harbrix {
 
-/// The windows of the program, looked up by their identifiers: "main", "file-browser" and "about".
+/// The windows of the program, looked up by their identifiers: "main", "file-browser", "about" and
+/// "settings".
 /// Each is made when it is first opened; closing hides it, so that it keeps what its view holds.
 /// Main thread.
 class WindowScenes : public QObject {

@@ -39,7 +39,24 @@ TEST(ByteCount, RoundsAsFileManagersDo) {
     };
     for (const auto& row : rows)
         EXPECT_EQ(byteCountText(row.bytes, QLocale::c()).toStdString(), row.text) << row.bytes;
-    EXPECT_EQ(byteCountText(12'345'678, QLocale(QLocale::German)).toStdString(), "12,3 MB");
+}
+
+TEST(ByteCount, SpeaksTheLanguageOfTheLocale) {
+    const struct {
+        const char* language;
+        qint64 bytes;
+        const char* text;
+    } rows[] = {
+        {"en", 0, "Zero KB"},          {"de", 0, "0 KB"},         {"de", 12'345'678, "12,3 MB"},
+        {"de", 2, "2 Byte"},           {"fr", 1, "1\u00a0octet"}, {"fr", 2, "2\u00a0octets"},
+        {"fr", 12'345'678, "12,3 Mo"}, {"ja", 999, "999 バイト"}, {"ko", 999, "999바이트"},
+        {"it", 2, "2 byte"},           {"es", 1, "1 byte"},       {"pt", 2, "2 bytes"},
+        {"zh-Hans", 2, "2字节"},       {"tlh", 2, "2 bytes"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(
+            byteCountText(row.bytes, QLocale(QString::fromLatin1(row.language))).toStdString(),
+            row.text);
 }
 
 TEST(NaturalCompare, OrdersNamesAsFileManagersDo) {

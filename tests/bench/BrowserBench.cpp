@@ -65,17 +65,7 @@ void bench(const QString& folder, int count) {
     // Nothing is to be copied into the cache meanwhile.
     world.automation.defaults.set(CacheManager::cacheLocationKey, QStringLiteral("/dev/null/none"));
     CacheManager cache(world.automation.defaults, scheduler, world.directory.path());
-    const Environment environment{world.automation.appState,
-                                  world.automation.store,
-                                  world.language,
-                                  world.automation.network,
-                                  world.automation.strategy,
-                                  world.automation.engine,
-                                  world.saver,
-                                  [](const QUrl&) {},
-                                  [] {},
-                                  {world.browserState, cache, world.recentFiles, scheduler,
-                                   [](const QUrl&) {}, [](const QString&, TransferDirection) {}}};
+    const Environment environment = world.environmentWith(cache, scheduler);
     const double ls = std::min(secondsOfLs(folder), secondsOfLs(folder));
 
     WindowScenes scenes(environment);

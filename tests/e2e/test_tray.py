@@ -45,8 +45,7 @@ class TrayTest(unittest.TestCase):
         self.addCleanup(self.bus.close)
 
     def start_program(self):
-        # A menu without a translation is told in the base language.
-        self.harbrix.start(DISPLAY=self.display.name, QT_QPA_PLATFORM="xcb", LC_ALL="C.UTF-8")
+        self.harbrix.start(DISPLAY=self.display.name, QT_QPA_PLATFORM="xcb")
 
     def start_watcher(self, *arguments):
         process = subprocess.Popen(

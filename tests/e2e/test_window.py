@@ -61,7 +61,7 @@ class WindowTest(unittest.TestCase):
         with open(opener, "w") as script:
             script.write(OPENER)
         os.chmod(opener, 0o755)
-        self.harbrix.start(DISPLAY=self.display.name, QT_QPA_PLATFORM="xcb", LC_ALL="C.UTF-8",
+        self.harbrix.start(DISPLAY=self.display.name, QT_QPA_PLATFORM="xcb",
                            PATH=tools + ":" + os.environ["PATH"], HARBRIX_TEST_OPENED=self.opened_path)
         self.see("push button", "添加 NAS")
 
@@ -137,7 +137,7 @@ class Share(WindowTest):
         self.assertEqual(self.state(), "mounted", self.harbrix.log())
         self.picture("4-mounted")
         volume = self.harbrix.volume("Films")
-        self.click("Finder")
+        self.click("文件管理器")
         wait_for(self.opened, what="the opened folder")
         self.assertEqual(self.opened(), ["file://" + volume + "/"])
         self.assertEqual(os.listdir(volume), ["Übung.txt"])
@@ -145,7 +145,7 @@ class Share(WindowTest):
         self.click("关闭")
         self.see("label", "已挂载的文件夹")
         self.picture("5-folders")
-        self.click("在 Finder 中打开")
+        self.click("在文件管理器中打开")
         wait_for(lambda: len(self.opened()) == 2, what="the folder opened from its card")
 
         # The middle of the row is the mount point, which opens instead.
@@ -230,7 +230,7 @@ class Keyboard(WindowTest):
         wait_for(lambda: not self.accessibility.find("frame", "Harbrix"), what="the closing of the window")
         self.assertEqual(self.harbrix.ctl("list").returncode, 0)
         # Where there is no tray, starting it again is the way back in, and this is the way out.
-        self.harbrix.launch(DISPLAY=self.display.name, QT_QPA_PLATFORM="xcb", LC_ALL="C.UTF-8")
+        self.harbrix.launch(DISPLAY=self.display.name, QT_QPA_PLATFORM="xcb")
         self.see("frame", "Harbrix")
         self.display.key("ctrl+q")
         self.assertEqual(self.harbrix.processes[0].wait(15), 0)

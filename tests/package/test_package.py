@@ -278,6 +278,10 @@ class Completion(PackageTest):
         answer = run("bash", "-c", script, "bash", self.path(BASH), *words, env=self.environment, cwd=self.folder)
         return set(answer.split("\n")) - {""}
 
+    def settings(self):
+        listed = self.harbrix.ctl("settings", "list").stdout.splitlines()
+        return {line.split()[0] for line in listed[1:]}
+
     def test_bash_offers_what_the_program_takes(self):
         self.assertEqual(self.bash(""), {"--help", "--version", *(command[0] for command in self.commands)})
         self.assertEqual(self.bash("un"), {"unmount", "unmount-all"})
@@ -289,6 +293,10 @@ class Completion(PackageTest):
                 self.assertEqual(self.bash(*command, "--"), options)
                 if len(command) == 2:
                     self.assertIn(command[1], self.bash(command[0], ""))
+                if " KEY" in told.splitlines()[0]:
+                    self.assertEqual(self.bash(*command, ""), self.settings())
+                if " KEY VALUE" in told.splitlines()[0]:
+                    self.assertEqual(self.bash(*command, "launchAtLogin", ""), {"true", "false"})
 
     def test_bash_offers_values_shares_and_files(self):
         os.makedirs(os.path.join(self.folder, "there", "mnt"), exist_ok=True)
@@ -314,13 +322,14 @@ class Completion(PackageTest):
     def zsh(self, line):
         """The lines that zsh shows for a typed line: it completes in a terminal only."""
         script = os.path.join(ROOT, "tests", "package", "complete.zsh")
-        return run("zsh", "-f", script, os.path.dirname(self.path(ZSH)), line, env=self.environment, cwd=self.folder)
+        shown = run("zsh", "-f", script, os.path.dirname(self.path(ZSH)), line, env=self.environment, cwd=self.folder)
+        return re.sub(r"\x1b\[[0-9;?]*[A-Za-z]", " ", shown)
 
     @unittest.skipUnless(shutil.which("zsh"), "zsh is not installed")
     def test_zsh_offers_the_same(self):
         offered = self.zsh("harbrixctl ")
         for command in self.commands:
-            self.assertRegex(offered, rf"(?m)^{command[0]} ")
+            self.assertRegex(offered, rf"(?m)^ *{command[0]} ")
             if len(command) == 2:
                 self.assertRegex(self.zsh(f"harbrixctl {command[0]} "), rf"(?m)\b{command[1]}\b")
         self.assertIn("--smb-version", self.zsh("harbrixctl add --"))

@@ -86,7 +86,7 @@ TEST_F(CrashHandlersTest, AnErrorThatNobodyCatchesTellsItsTypeAndReason) {
 
 constexpr int lineOfDeath = __LINE__ + 3;
 [[gnu::noinline]] void writeNowhere() {
-    int* volatile nowhere = nullptr;
+    volatile int* volatile nowhere = nullptr;
     *nowhere = 1;
 }
 

@@ -10,6 +10,8 @@ namespace {
 
 class LanguageManagerTest : public testing::Test {
 protected:
+    ~LanguageManagerTest() override { QLocale::setDefault(QLocale::system()); }
+
     QTemporaryDir directory;
     UserDefaults defaults{directory.filePath(QStringLiteral("defaults.json"))};
 
@@ -41,6 +43,7 @@ TEST_F(LanguageManagerTest, AChoiceIsAppliedAtOnceAndKept) {
         EXPECT_EQ(told, 1);
         EXPECT_EQ(manager.locale().language(), QLocale::Chinese);
         EXPECT_EQ(manager.locale().script(), QLocale::SimplifiedHanScript);
+        EXPECT_EQ(QLocale(), manager.locale()) << "what is given no locale goes by it too";
         EXPECT_EQ(storedChoice(), QStringLiteral("zh-Hans"));
         EXPECT_EQ(appleLanguages(), QStringList{QStringLiteral("zh-Hans")});
     }

@@ -71,6 +71,8 @@ class Harbrix:
         for name, place in places.items():
             environment[name] = os.path.join(self.folder, place)
             os.makedirs(environment[name], mode=0o700, exist_ok=True)
+        # The trials read the texts of the base language.
+        environment.update(LC_ALL="C.UTF-8", LANGUAGE="zh_CN")
         # The machine's own sleep and Wi-Fi are no business of a trial.
         for bus in ("SESSION", "SYSTEM"):
             environment[f"DBUS_{bus}_BUS_ADDRESS"] = self.bus.address

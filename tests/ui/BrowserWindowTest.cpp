@@ -189,8 +189,7 @@ TEST_F(BrowserWindowTest, RowsHaveAMenuAndThePlatformAnother) {
     QStringList titles;
     for (const QAction* action : handed->actions())
         titles << action->text();
-    EXPECT_EQ(titles,
-              QStringList({"Open", "", "Download...", "Show in File Manager", "Quick Look"}));
+    EXPECT_EQ(titles, QStringList({"Open", "", "Download...", "Show in File Manager", "Preview"}));
     EXPECT_EQ(handed->actions().back()->data().toUuid(), item.id);
     EXPECT_EQ(handed->actions().back()->shortcut(), QKeySequence(Qt::Key_Space));
 }

@@ -30,9 +30,9 @@ protected:
 };
 
 TEST_F(MenuTest, WithoutSharesOneRowStandsAboveTheCommands) {
-    EXPECT_EQ(titles(content()),
-              QStringList({"暂无 NAS 配置", "-", "立即挂载全部", "立即断开全部", "-", "打开主窗口",
-                           "检查更新...", "-", "关于 Harbrix", "-", "退出 Harbrix"}));
+    EXPECT_EQ(titles(content()), QStringList({"暂无 NAS 配置", "-", "立即挂载全部", "立即断开全部",
+                                              "-", "打开主窗口", "打开设置...", "检查更新...", "-",
+                                              "关于 Harbrix", "-", "退出 Harbrix"}));
     EXPECT_EQ(content().front().kind, MenuEntry::Kind::row);
     EXPECT_EQ(content().back().keyEquivalent, "q");
 }
@@ -66,7 +66,7 @@ TEST_F(MenuTest, CommandsKeepTheirActionsWhileRowsComeAndGo) {
     world.automation.add("First");
     world.automation.add("Second");
     menu.setContent(content());
-    EXPECT_EQ(menu.actions().size(), 12);
+    EXPECT_EQ(menu.actions().size(), 13);
     EXPECT_EQ(menu.actions().at(1)->text(), "⚪ Second  —  空闲");
     EXPECT_FALSE(menu.actions().at(1)->isEnabled());
     EXPECT_EQ(menu.actions().constLast(), quit);
@@ -78,8 +78,9 @@ TEST_F(MenuTest, CommandsKeepTheirActionsWhileRowsComeAndGo) {
         action->trigger();
     EXPECT_EQ(chosen,
               (std::vector<MenuCommand>{MenuCommand::mountAll, MenuCommand::unmountAll,
-                                        MenuCommand::openMainWindow, MenuCommand::checkForUpdates,
-                                        MenuCommand::openAbout, MenuCommand::quit}));
+                                        MenuCommand::openMainWindow, MenuCommand::openSettings,
+                                        MenuCommand::checkForUpdates, MenuCommand::openAbout,
+                                        MenuCommand::quit}));
 }
 
 TEST_F(MenuTest, MountedSharesCanBeBrowsedAndRecentFilesOpened) {

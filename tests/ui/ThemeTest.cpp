@@ -6,6 +6,7 @@
 #include "support/PrivateBus.h"
 
 #include <QDBusMessage>
+#include <QFontDatabase>
 
 namespace harbrix {
 namespace {
@@ -46,6 +47,28 @@ TEST_F(ThemeTest, OpenWindowsFollowTheColourSchemeOfTheDesktop) {
     ASSERT_TRUE(waitForScheme(ColorScheme::light));
     settle();
     EXPECT_EQ(paintedSidebar(), color(Tint::sidebar, ColorScheme::light));
+}
+
+TEST_F(ThemeTest, HanCharactersAreDrawnInTheFormOfTheLanguage) {
+    const QFont before = QApplication::font();
+    const struct {
+        const char* language;
+        const char* family;
+    } rows[] = {{"ja", "Noto Sans CJK JP"},
+                {"zh-TW", "Noto Sans CJK TC"},
+                {"ko", "Noto Sans CJK KR"},
+                {"zh-Hans", "Noto Sans CJK SC"},
+                {"de", "Noto Sans CJK SC"}};
+    for (const auto& row : rows) {
+        if (!QFontDatabase::hasFamily(row.family))
+            GTEST_SKIP() << row.family << " is not installed";
+        theme.useLanguage(QLocale(row.language));
+        const QStringList families = QApplication::font().families();
+        EXPECT_TRUE(families.contains(row.family)) << row.language;
+        EXPECT_EQ(families.filter("CJK").size(), 1) << row.language;
+        EXPECT_EQ(QApplication::font().pointSizeF(), before.pointSizeF());
+    }
+    QApplication::setFont(before);
 }
 
 TEST_F(ThemeTest, APortalThatComesLateIsHeeded) {

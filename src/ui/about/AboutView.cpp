@@ -19,9 +19,18 @@ namespace {
 constexpr int markSize = 64;
 constexpr double nameScale = 1.75; ///< of the body size
 
+/// Its blanks at either side give way where the labels are long.
+class Link final : public QPushButton {
+public:
+    [[nodiscard]] QSize minimumSizeHint() const override {
+        return QPushButton::minimumSizeHint() - QSize(2 * spacing::small, 0);
+    }
+};
+
 QPushButton* makeLink(const char* name, const char* symbol, const QUrl& target,
                       const Environment& environment) {
-    auto* link = new QPushButton;
+    auto* link = new Link;
+    link->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     link->setObjectName(QString::fromLatin1(name));
     link->setIcon(symbolIcon(QString::fromLatin1(symbol), Tint::blue));
     link->setFlat(true);
@@ -72,7 +81,7 @@ AboutView::AboutView(const Environment& environment, const AboutInformation& inf
     links->addStretch();
 
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(spacing::regular, spacing::huge, spacing::regular, spacing::regular);
+    column->setContentsMargins(spacing::small, spacing::huge, spacing::small, spacing::regular);
     column->setSpacing(0);
     column->addWidget(new SymbolView(QStringLiteral("externaldrive.connected.to.line.below"),
                                      markSize, Tint::blue),

@@ -8,6 +8,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace harbrix {
 namespace {
 
@@ -21,7 +23,6 @@ ConflictResolutionSheet::ConflictResolutionSheet(const QString& filename, QWidge
     setObjectName(QStringLiteral("conflictSheet"));
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(text("browser.fileExists"));
-    setFixedWidth(sheetWidth);
 
     auto* title = new TextLabel(TextRole::headline, Tint::primary);
     title->setText(text("browser.fileExists"));
@@ -51,6 +52,8 @@ ConflictResolutionSheet::ConflictResolutionSheet(const QString& filename, QWidge
     column->addWidget(title);
     column->addWidget(message);
     column->addLayout(buttons);
+    // In some languages the buttons need more.
+    setFixedWidth(std::max(sheetWidth, minimumSizeHint().width()));
     connect(this, &QDialog::finished, this, [this] { emit resolved(m_resolution); });
 }
 

@@ -8,10 +8,10 @@
 #include "ui/browser/BreadcrumbView.h"
 #include "ui/browser/ConflictResolutionSheet.h"
 #include "ui/browser/FileListView.h"
-#include "ui/browser/SavePanel.h"
 #include "ui/transfer/TransferQueueView.h"
 #include "ui/widgets/GroupedForm.h"
 #include "ui/widgets/Panel.h"
+#include "ui/widgets/SavePanel.h"
 #include "ui/widgets/SymbolIcon.h"
 
 #include <QHBoxLayout>
@@ -216,7 +216,7 @@ Task<void> FileBrowserView::resolve(FileConflict conflict, ConflictResolution re
 // What is selected now is what the panel asks about: listings that come while it is open do not
 // change that.
 void FileBrowserView::askForDownloads() {
-    auto* panel = new SavePanel(this);
+    auto* panel = new SavePanel(SavePanel::For::Folder, QStringLiteral("Downloads"), this);
     connect(
         panel, &SavePanel::chosen, this,
         [this, items = m_fsManager.currentItems(), selected = m_selectedItems](const QUrl& chosen) {

@@ -204,6 +204,10 @@ void FileListView::retranslate(const QLocale& locale) {
     m_model.setLocale(locale);
     m_loading->setText(literalText("Loading..."));
     m_empty->setTexts(literalText("Empty Folder"), literalText("Drag files here to upload"));
+    QHeaderView* header = m_table->horizontalHeader();
+    for (const int column : {FileListModel::Size, FileListModel::Modified})
+        header->resizeSection(
+            column, std::max(header->sectionSize(column), header->sectionSizeHint(column)));
     m_table->viewport()->update();
 }
 

@@ -60,20 +60,10 @@ NASDetailView::NASDetailView(const Environment& environment,
 
 QWidget* NASDetailView::buildForm() {
     auto* form = new GroupedForm;
-    form->setAutoFillBackground(false);
     for (FormSection* section :
          std::initializer_list<FormSection*>{m_error, m_basicInfo, m_auth, m_options, m_binding})
         form->addSection(section);
-    auto* scroll = new QScrollArea;
-    scroll->setObjectName(QStringLiteral("formScroll"));
-    scroll->setFocusPolicy(Qt::NoFocus); // it follows the control that has the focus
-    scroll->setWidget(form);
-    scroll->setWidgetResizable(true);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-    scroll->viewport()->setAutoFillBackground(false);
-    return scroll;
+    return makeFormArea(form);
 }
 
 void NASDetailView::buildActions() {

@@ -67,12 +67,12 @@ void MainWindowView::buildToolbar() {
     gap->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     bar->addWidget(gap);
 
-    m_about = bar->addAction(symbolIcon(QStringLiteral("info.circle"), Tint::secondary), {});
-    m_about->setObjectName(QStringLiteral("openAbout"));
+    m_about = addToolbarItem(*bar, "openAbout", "info.circle");
     connect(m_about, &QAction::triggered, this, &MainWindowView::openAbout);
-    QWidget* about = bar->widgetForAction(m_about);
-    about->setObjectName(QStringLiteral("openAboutButton"));
-    about->setFocusPolicy(Qt::TabFocus);
+    m_settings = addToolbarItem(*bar, "openSettings", "gear");
+    m_settings->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma));
+    connect(m_settings, &QAction::triggered, this,
+            [this] { m_environment.openWindow(QStringLiteral("settings")); });
 
     m_add = new QPushButton;
     m_add->setObjectName(QStringLiteral("addNAS"));
@@ -87,6 +87,15 @@ void MainWindowView::buildToolbar() {
     // Where the desktop has no place for a status item, this is the way to end the program.
     connect(new QShortcut(QKeySequence::Quit, this), &QShortcut::activated, qApp,
             &QCoreApplication::quit);
+}
+
+QAction* MainWindowView::addToolbarItem(QToolBar& bar, const char* name, const char* symbol) {
+    QAction* item = bar.addAction(symbolIcon(QString::fromLatin1(symbol), Tint::secondary), {});
+    item->setObjectName(QString::fromLatin1(name));
+    QWidget* button = bar.widgetForAction(item);
+    button->setObjectName(QString::fromLatin1(name) + QStringLiteral("Button"));
+    button->setFocusPolicy(Qt::TabFocus);
+    return item;
 }
 
 QWidget* MainWindowView::buildSidebar() {
@@ -220,6 +229,8 @@ void MainWindowView::closeForm() {
 void MainWindowView::retranslate() {
     m_about->setText(text("main.about"));
     m_about->setToolTip(text("main.about"));
+    m_settings->setText(text("main.openSettings"));
+    m_settings->setToolTip(text("main.openSettings"));
     m_add->setText(text("main.addNAS"));
     m_add->setToolTip(text("main.addNASTooltip"));
     m_noShares->setTexts(text("main.noConfigs"));

@@ -11,6 +11,7 @@
 class QAction;
 class QPushButton;
 class QStackedWidget;
+class QToolBar;
 
 namespace harbrix {
 
@@ -35,6 +36,7 @@ public:
 
 private:
     void buildToolbar();
+    QAction* addToolbarItem(QToolBar& bar, const char* name, const char* symbol);
     [[nodiscard]] QWidget* buildSidebar();
     [[nodiscard]] QWidget* buildDetail();
     void add();
@@ -51,6 +53,7 @@ private:
     std::optional<QUuid> m_selectedConfigID;
 
     QAction* m_about = nullptr;
+    QAction* m_settings = nullptr;
     QPushButton* m_add = nullptr;
     QStackedWidget* m_sidebar = nullptr;
     EmptyHint* m_noShares = nullptr;

@@ -116,11 +116,21 @@ private:
         }
     }
 
-    /// The state in words at the end of the first line; returns the width that it takes.
+    /// The state in words at the end of the first line; returns the width that it takes. The name
+    /// gives way to a word, the longer wording to both.
     int paintWord(const ShareRow& share, const QRect& line) {
-        const QString word = accessibilityLabel(share.state);
         const QFontMetrics metrics(fontFor(TextRole::caption2));
-        const int width = std::min(metrics.horizontalAdvance(word) + 1, line.width() / 2);
+        const QFontMetrics nameMetrics(fontFor(TextRole::body));
+        // Widths are rounded, so each text has one more.
+        const auto widthOf = [](const QFontMetrics& of, const QString& text) {
+            return of.horizontalAdvance(text) + 1;
+        };
+        const int besideName = line.width() - spacing::small - widthOf(nameMetrics, share.name);
+        QString word = accessibilityLabel(share.state);
+        if (share.state.kind() == MountState::Kind::failed && widthOf(metrics, word) > besideName)
+            word = text("status.failed");
+        const int width =
+            std::min(widthOf(metrics, word), std::max(line.width() * 2 / 3, besideName));
         drawText(QRect(line.right() + 1 - width, line.top(), width, line.height()), word,
                  TextRole::caption2, wordTint(share.state));
         return width + spacing::small;

@@ -10,6 +10,7 @@
 #include "ui/WindowScenes.h"
 #include "ui/about/AboutView.h"
 #include "ui/menu/StatusMenu.h"
+#include "ui/settings/SettingsView.h"
 #include "ui/widgets/SymbolIcon.h"
 #include "ui/widgets/Windows.h"
 
@@ -153,6 +154,8 @@ void MenuBarController::choose(const MenuEntry& entry) {
         return unmountAll();
     case MenuCommand::openMainWindow:
         return openMainWindow();
+    case MenuCommand::openSettings:
+        return openSettings();
     case MenuCommand::checkForUpdates:
         return m_environment.checkForUpdates();
     case MenuCommand::openAbout:
@@ -186,7 +189,13 @@ void MenuBarController::openFileBrowser(const QUuid& configID) {
     m_scenes.open(QStringLiteral("file-browser"));
 }
 
-// A window of the menu's own, beside the one that is declared and the one of the main window.
+// Windows of the menu's own, beside those that are declared and the one of the main window.
+void MenuBarController::openSettings() {
+    if (!m_settingsWindow)
+        m_settingsWindow = makeSettingsWindow(m_environment);
+    bringToFront(*m_settingsWindow);
+}
+
 void MenuBarController::openAbout() {
     if (!m_aboutWindow)
         m_aboutWindow = makeAboutWindow(m_environment);

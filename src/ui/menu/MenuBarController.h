@@ -42,6 +42,7 @@ public:
     void mountAll();
     void unmountAll();
     void openMainWindow();
+    void openSettings();
     void openAbout();
     /// Shows the share in the browser window, if it is mounted.
     void openFileBrowser(const QUuid& configID);
@@ -67,6 +68,7 @@ private:
     std::unique_ptr<QSystemTrayIcon> m_statusItem; ///< goes before its menu
     std::unique_ptr<StatusMenu> m_popUp;           ///< the latest one that was shown by a click
     QPointer<QWidget> m_aboutWindow;
+    QPointer<QWidget> m_settingsWindow;
     Timer m_wakeCheck;
     bool m_rebuildIsScheduled = false;
     bool m_menuIsOpen = false;

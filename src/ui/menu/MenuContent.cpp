@@ -108,6 +108,8 @@ std::vector<MenuEntry> menuContent(const std::vector<NASConfig>& configs,
     menu.push_back(command(MenuCommand::unmountAll, text("menubar.unmountAll")));
     menu.push_back(separator());
     menu.push_back(command(MenuCommand::openMainWindow, text("menubar.openMainWindow")));
+    menu.push_back(
+        command(MenuCommand::openSettings, text("menubar.openSettings"), QStringLiteral(",")));
     menu.push_back(command(MenuCommand::checkForUpdates, text("menubar.checkForUpdates")));
     menu.push_back(separator());
     menu.push_back(command(MenuCommand::openAbout, text("menubar.about")));

@@ -22,6 +22,7 @@ enum class MenuCommand {
     mountAll,
     unmountAll,
     openMainWindow,
+    openSettings,
     checkForUpdates,
     openAbout,
     quit

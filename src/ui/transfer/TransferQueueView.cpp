@@ -34,8 +34,8 @@ QToolButton* makePlainButton(const char* name, const char* symbol) {
 
 TransferQueueView::TransferQueueView(TransferManager& manager, const Environment& environment,
                                      QWidget* parent)
-    : QWidget(parent), m_manager(manager), m_body(new QStackedWidget),
-      m_nothing(new TextLabel(TextRole::body, Tint::secondary)),
+    : QWidget(parent), m_manager(manager), m_languageManager(environment.languageManager),
+      m_body(new QStackedWidget), m_nothing(new TextLabel(TextRole::body, Tint::secondary)),
       m_list(new TransferList(manager, environment)) {
     setObjectName(QStringLiteral("transferQueue"));
     m_nothing->setObjectName(QStringLiteral("noTransfers"));
@@ -103,7 +103,8 @@ void TransferQueueView::showTasks() {
     const auto& tasks = m_manager.tasks();
     const auto active = std::ranges::count_if(tasks, isActive);
     m_active->setVisible(active > 0);
-    m_active->setText(formatted("transfer.activeCount", {QString::number(active)}));
+    m_active->setText(
+        formatted("transfer.activeCount", static_cast<int>(active), m_languageManager.locale()));
     m_clear->setVisible(std::ranges::any_of(tasks, isFinished));
     if (tasks.empty())
         m_body->setCurrentWidget(m_nothing);

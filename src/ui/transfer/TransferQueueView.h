@@ -12,6 +12,7 @@ namespace harbrix {
 
 class TextLabel;
 class TransferList;
+class LanguageManager;
 class TransferManager;
 
 /// The panel that shows a queue of transfers. It folds to its header.
@@ -35,6 +36,7 @@ private:
     void retranslate();
 
     TransferManager& m_manager;
+    const LanguageManager& m_languageManager;
     bool m_isExpanded = true;
     QTimer m_redraw;
     TextLabel* m_title = nullptr;

@@ -4,6 +4,7 @@
 #include "services/Text.h"
 #include "ui/widgets/SymbolIcon.h"
 
+#include <QFontMetrics>
 #include <QKeySequence>
 #include <QPainter>
 #include <QStyle>
@@ -18,7 +19,7 @@ constexpr int directionSize = 18;
 constexpr int barHeight = 4;
 constexpr int buttonSize = 24;
 constexpr int buttonIconSize = 12;
-constexpr int statusWidth = 76;
+constexpr int narrowestStatus = 76;
 constexpr int longestError = 200;
 
 struct ButtonLook {
@@ -40,6 +41,20 @@ ButtonLook lookOf(TransferAction action, TransferStatus status) {
     }
     return {"cancelTransfer", "xmark",
             status == TransferStatus::failed ? Tint::secondary : Tint::primary};
+}
+
+/// One width for all rows, so that their bars end alike.
+int statusWidth() {
+    const QFontMetrics metrics(fontFor(TextRole::caption));
+    int width = narrowestStatus;
+    for (const auto status :
+         {TransferStatus::pending, TransferStatus::paused, TransferStatus::completed,
+          TransferStatus::failed, TransferStatus::cancelled}) {
+        TransferTask task;
+        task.status = status;
+        width = std::max(width, metrics.horizontalAdvance(statusText(task)) + 1);
+    }
+    return width;
 }
 
 /// Where there is no word of ours for it, the name of the key that does the same.
@@ -102,7 +117,8 @@ TransferRow::Places TransferRow::places() const {
     at.second = {right - buttonSize, middle - buttonSize / 2, buttonSize, buttonSize};
     at.first = at.second.translated(-buttonSize - spacing::hair, 0);
     right = at.first.left() - spacing::small;
-    at.status = {right - statusWidth, middle - nameHeight / 2, statusWidth, nameHeight};
+    const int statusPlace = statusWidth();
+    at.status = {right - statusPlace, middle - nameHeight / 2, statusPlace, nameHeight};
     const int x = at.symbol.right() + 1 + spacing::medium;
     const int inner = at.status.left() - spacing::medium - x;
     int y = rowEdge;

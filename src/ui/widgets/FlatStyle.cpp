@@ -1,14 +1,13 @@
 #include "ui/widgets/FlatStyle.h"
 
-#include "ui/widgets/SymbolIcon.h"
+#include "ui/widgets/FlatPainters.h"
 #include "ui/widgets/Theme.h"
 
 #include <QAbstractButton>
+#include <QAbstractSlider>
+#include <QAbstractSpinBox>
 #include <QComboBox>
-#include <QLineEdit>
 #include <QPainter>
-#include <QPainterPath>
-#include <QScrollBar>
 #include <QStyleFactory>
 #include <QStyleOption>
 #include <QToolButton>
@@ -18,14 +17,10 @@ namespace {
 
 constexpr auto prominentProperty = "prominent";
 constexpr auto switchProperty = "switch";
-constexpr qreal radius = 6;
+constexpr auto destructiveProperty = "destructive";
 constexpr int controlHeight = 30;
 constexpr QSize switchSize(34, 20);
-
-struct Look {
-    QColor fill;
-    QColor outline;
-};
+constexpr int stepperButton = 28;
 
 bool isProminent(const QStyleOption* option, const QWidget* widget) {
     const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
@@ -37,142 +32,8 @@ bool isSwitch(const QWidget* widget) {
     return widget && widget->property(switchProperty).toBool();
 }
 
-/// Strokes lie on the middle of pixels, so that a one-pixel outline is crisp.
-QRectF crisp(const QRect& rect) {
-    return QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5);
-}
-
-void drawPanel(QPainter* painter, const QRect& rect, const Look& look) {
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(look.outline);
-    painter->setBrush(look.fill);
-    painter->drawRoundedRect(crisp(rect), radius, radius);
-    painter->restore();
-}
-
-void drawFocusRing(QPainter* painter, const QRect& rect, const QPalette& palette) {
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(QPen(color(Tint::accent, palette), 2));
-    painter->setBrush(Qt::NoBrush);
-    painter->drawRoundedRect(QRectF(rect).adjusted(1, 1, -1, -1), radius, radius);
-    painter->restore();
-}
-
-Look buttonLook(const QStyleOption* option, bool prominent) {
-    const QPalette& palette = option->palette;
-    const bool pressed = option->state & (QStyle::State_Sunken | QStyle::State_On);
-    const bool hovered = option->state & QStyle::State_MouseOver;
-    if (prominent) {
-        QColor fill = color(Tint::accent, palette);
-        if (pressed)
-            fill = fill.darker(118);
-        else if (hovered)
-            fill = fill.lighter(108);
-        return {fill, fill};
-    }
-    const Tint fill = pressed ? Tint::controlPressed : hovered ? Tint::controlHover : Tint::control;
-    return {color(fill, palette), color(Tint::border, palette)};
-}
-
-void drawButton(QPainter* painter, const QStyleOption* option, const QWidget* widget) {
-    const bool prominent = isProminent(option, widget);
-    drawPanel(painter, option->rect, buttonLook(option, prominent));
-    if ((option->state & QStyle::State_HasFocus) &&
-        (option->state & QStyle::State_KeyboardFocusChange))
-        drawFocusRing(painter, prominent ? option->rect.adjusted(2, 2, -2, -2) : option->rect,
-                      prominent ? paletteFor(ColorScheme::light) : option->palette);
-}
-
-/// A flat button of a tool bar shows its shape only under the pointer.
-void drawToolButton(QPainter* painter, const QStyleOption* option) {
-    const bool pressed = option->state & (QStyle::State_Sunken | QStyle::State_On);
-    const bool hovered =
-        (option->state & QStyle::State_MouseOver) && (option->state & QStyle::State_Enabled);
-    if (pressed || hovered) {
-        const QColor fill =
-            color(pressed ? Tint::controlPressed : Tint::separator, option->palette);
-        drawPanel(painter, option->rect, {fill, fill});
-    }
-    if ((option->state & QStyle::State_HasFocus) &&
-        (option->state & QStyle::State_KeyboardFocusChange))
-        drawFocusRing(painter, option->rect, option->palette);
-}
-
-void drawField(QPainter* painter, const QStyleOption* option) {
-    const QPalette& palette = option->palette;
-    drawPanel(painter, option->rect, {color(Tint::field, palette), color(Tint::border, palette)});
-    if (option->state & QStyle::State_HasFocus)
-        drawFocusRing(painter, option->rect, palette);
-}
-
-void drawSwitch(QPainter* painter, const QStyleOption* option) {
-    const bool on = option->state & QStyle::State_On;
-    const QRectF track = QRectF(option->rect);
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(color(on ? Tint::accent : Tint::gray, option->palette));
-    painter->drawRoundedRect(track, track.height() / 2, track.height() / 2);
-    const qreal diameter = track.height() - 4;
-    const bool right = on != (option->direction == Qt::RightToLeft);
-    painter->setBrush(Qt::white);
-    painter->drawEllipse(QRectF(right ? track.right() - diameter - 2 : track.left() + 2,
-                                track.top() + 2, diameter, diameter));
-    painter->restore();
-}
-
-void drawChevron(QPainter* painter, const QRect& area, const QPalette& palette) {
-    constexpr int size = 12;
-    const QRect place(area.center().x() - size / 2, area.center().y() - size / 2 + 1, size, size);
-    painter->drawPixmap(place, symbolPixmap(QStringLiteral("chevron.down"), size,
-                                            color(Tint::secondary, palette),
-                                            painter->device()->devicePixelRatioF()));
-}
-
-/// The head of a table: flat, with hairlines between the columns.
-void drawHeaderSection(QPainter* painter, const QStyleOption* option, bool isLast) {
-    const QRect& rect = option->rect;
-    const QColor line = color(Tint::separator, option->palette);
-    painter->fillRect(rect, color(Tint::window, option->palette));
-    painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), line);
-    const int edge = option->direction == Qt::RightToLeft ? rect.left() : rect.right();
-    if (!isLast)
-        painter->fillRect(QRect(edge, rect.top() + 5, 1, rect.height() - 10), line);
-}
-
-/// Points up while the column ascends.
-void drawSortArrow(QPainter* painter, const QStyleOptionHeader* option) {
-    constexpr int size = 10;
-    painter->save();
-    // The base style lets it hang five pixels below the top, whatever the margins.
-    painter->translate(QRectF(option->rect).center() + QPointF(0, spacing::small - 5));
-    if (option->sortIndicator == QStyleOptionHeader::SortDown)
-        painter->rotate(180);
-    painter->drawPixmap(-size / 2, -size / 2,
-                        symbolPixmap(QStringLiteral("chevron.down"), size,
-                                     color(Tint::secondary, option->palette),
-                                     painter->device()->devicePixelRatioF()));
-    painter->restore();
-}
-
-void drawScrollBar(QPainter* painter, const QStyleOptionSlider* option, const QRect& handle) {
-    if (option->minimum == option->maximum)
-        return;
-    const bool active = option->state & (QStyle::State_MouseOver | QStyle::State_Sunken);
-    const bool vertical = option->orientation == Qt::Vertical;
-    const QRectF thumb = QRectF(handle).adjusted(vertical ? 2 : 1, vertical ? 1 : 2,
-                                                 vertical ? -2 : -1, vertical ? -1 : -2);
-    const qreal round = std::min(thumb.width(), thumb.height()) / 2;
-    QColor fill = color(Tint::gray, option->palette);
-    fill.setAlphaF(active ? 0.8F : 0.45F);
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(fill);
-    painter->drawRoundedRect(thumb, round, round);
-    painter->restore();
+bool isDestructive(const QWidget* widget) {
+    return widget && widget->property(destructiveProperty).toBool();
 }
 
 } // namespace
@@ -183,6 +44,10 @@ void FlatStyle::setProminent(QAbstractButton& button) {
     button.setProperty(prominentProperty, true);
 }
 
+void FlatStyle::setDestructive(QAbstractButton& button) {
+    button.setProperty(destructiveProperty, true);
+}
+
 void FlatStyle::setSwitch(QAbstractButton& checkBox) {
     checkBox.setProperty(switchProperty, true);
 }
@@ -191,27 +56,27 @@ void FlatStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
                               QPainter* painter, const QWidget* widget) const {
     switch (element) {
     case PE_PanelButtonCommand:
-        return drawButton(painter, option, widget);
+        return flat::drawButton(painter, option, isProminent(option, widget));
     case PE_PanelButtonTool:
-        return drawToolButton(painter, option);
+        return flat::drawToolButton(painter, option);
     case PE_PanelLineEdit:
         // The inside of a combo box or spin box has no frame of its own.
         if (const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
             frame && frame->lineWidth > 0)
-            drawField(painter, option);
+            flat::drawField(painter, option);
         return;
     case PE_IndicatorCheckBox:
         if (isSwitch(widget))
-            return drawSwitch(painter, option);
+            return flat::drawSwitch(painter, option);
         break;
     case PE_FrameFocusRect:
         // Buttons draw their own ring; views show the current row.
         if (isSwitch(widget))
-            drawFocusRing(painter, option->rect, option->palette);
+            flat::drawFocusRing(painter, option);
         return;
     case PE_IndicatorHeaderArrow:
         if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option))
-            drawSortArrow(painter, header);
+            flat::drawSortArrow(painter, header);
         return;
     case PE_PanelMenu:
     case PE_FrameMenu:
@@ -227,9 +92,10 @@ void FlatStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
 
 void FlatStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                             const QWidget* widget) const {
-    if (element == CE_PushButtonLabel && isProminent(option, widget)) {
+    if (element == CE_PushButtonLabel && (isProminent(option, widget) || isDestructive(widget))) {
         QStyleOptionButton label = *qstyleoption_cast<const QStyleOptionButton*>(option);
-        label.palette.setColor(QPalette::ButtonText, color(Tint::onAccent, option->palette));
+        const Tint ink = isProminent(option, widget) ? Tint::onAccent : Tint::red;
+        label.palette.setColor(QPalette::ButtonText, color(ink, option->palette));
         return QProxyStyle::drawControl(element, &label, painter, widget);
     }
     if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
@@ -248,8 +114,8 @@ void FlatStyle::drawControl(ControlElement element, const QStyleOption* option, 
     }
     if (element == CE_HeaderSection || element == CE_HeaderEmptyArea) {
         const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option);
-        return drawHeaderSection(painter, option,
-                                 !header || header->position == QStyleOptionHeader::End);
+        return flat::drawHeaderSection(painter, option,
+                                       !header || header->position == QStyleOptionHeader::End);
     }
     if (element == CE_Splitter) {
         const QPoint middle = option->rect.center();
@@ -264,17 +130,22 @@ void FlatStyle::drawComplexControl(ComplexControl control, const QStyleOptionCom
                                    QPainter* painter, const QWidget* widget) const {
     if (const auto* box = qstyleoption_cast<const QStyleOptionComboBox*>(option);
         control == CC_ComboBox && box && !box->editable) {
-        drawPanel(painter, option->rect, buttonLook(option, false));
-        if (option->state & State_HasFocus)
-            drawFocusRing(painter, option->rect, option->palette);
-        drawChevron(painter, subControlRect(control, option, SC_ComboBoxArrow, widget),
-                    option->palette);
+        flat::drawPicker(painter, box, subControlRect(control, option, SC_ComboBoxArrow, widget));
         return;
     }
+    if (const auto* stepper = qstyleoption_cast<const QStyleOptionSpinBox*>(option);
+        control == CC_SpinBox && stepper)
+        return flat::drawStepper(painter, stepper,
+                                 subControlRect(control, option, SC_SpinBoxDown, widget),
+                                 subControlRect(control, option, SC_SpinBoxUp, widget));
+    if (const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
+        control == CC_Slider && slider && slider->orientation == Qt::Horizontal)
+        return flat::drawSlider(painter, slider,
+                                subControlRect(control, option, SC_SliderHandle, widget));
     if (const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
         control == CC_ScrollBar && slider)
-        return drawScrollBar(painter, slider,
-                             subControlRect(control, option, SC_ScrollBarSlider, widget));
+        return flat::drawScrollBar(painter, slider,
+                                   subControlRect(control, option, SC_ScrollBarSlider, widget));
     QProxyStyle::drawComplexControl(control, option, painter, widget);
 }
 
@@ -314,6 +185,10 @@ int FlatStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
         return 12;
     case PM_SplitterWidth:
         return 1;
+    case PM_SliderLength:
+    case PM_SliderThickness:
+    case PM_SliderControlThickness:
+        return 20;
     default:
         return QProxyStyle::pixelMetric(metric, option, widget);
     }
@@ -342,6 +217,10 @@ QSize FlatStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
         size.setWidth(contents.width() + 2 * spacing::medium + 2);
         size.setHeight(std::max(contents.height() + spacing::small, controlHeight));
         return size;
+    case CT_SpinBox:
+        size.setWidth(contents.width() + 2 * stepperButton + spacing::tight);
+        size.setHeight(std::max(contents.height() + spacing::small, controlHeight));
+        return size;
     case CT_LineEdit:
     case CT_ComboBox:
         size.setHeight(std::max(contents.height() + spacing::small, controlHeight));
@@ -363,6 +242,17 @@ QRect FlatStyle::subControlRect(ComplexControl control, const QStyleOptionComple
     if (control == CC_ComboBox && part == SC_ComboBoxEditField)
         return visualRect(option->direction, option->rect,
                           option->rect.adjusted(spacing::small, 0, -26, 0));
+    if (control == CC_SpinBox) {
+        const QRect& rect = option->rect;
+        const QRect up(rect.right() + 1 - stepperButton, rect.top(), stepperButton, rect.height());
+        if (part == SC_SpinBoxUp)
+            return visualRect(option->direction, rect, up);
+        if (part == SC_SpinBoxDown)
+            return visualRect(option->direction, rect, up.translated(-stepperButton, 0));
+        if (part == SC_SpinBoxEditField)
+            return visualRect(option->direction, rect,
+                              rect.adjusted(spacing::tight, 1, -2 * stepperButton, -1));
+    }
     if (control == CC_ScrollBar) {
         // No arrow buttons: the groove is the whole bar.
         if (part == SC_ScrollBarAddLine || part == SC_ScrollBarSubLine)
@@ -400,7 +290,7 @@ QRect FlatStyle::subElementRect(SubElement element, const QStyleOption* option,
 void FlatStyle::polish(QWidget* widget) {
     QProxyStyle::polish(widget);
     if (qobject_cast<QAbstractButton*>(widget) || qobject_cast<QComboBox*>(widget) ||
-        qobject_cast<QScrollBar*>(widget))
+        qobject_cast<QAbstractSlider*>(widget) || qobject_cast<QAbstractSpinBox*>(widget))
         widget->setAttribute(Qt::WA_Hover);
 }
 

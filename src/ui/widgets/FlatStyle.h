@@ -16,6 +16,8 @@ public:
     FlatStyle();
 
     static void setProminent(QAbstractButton& button);
+    /// For a button that throws something away: its title is red.
+    static void setDestructive(QAbstractButton& button);
     static void setSwitch(QAbstractButton& checkBox);
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,

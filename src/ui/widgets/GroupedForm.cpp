@@ -1,10 +1,15 @@
 #include "ui/widgets/GroupedForm.h"
 
 #include "ui/widgets/AccessibleRole.h"
+#include "ui/widgets/SymbolIcon.h"
 
 #include <QAbstractButton>
+#include <QAbstractSpinBox>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPushButton>
+#include <QScrollArea>
 
 namespace harbrix {
 namespace {
@@ -12,6 +17,13 @@ namespace {
 constexpr qreal cardRadius = 8;
 constexpr int labelGap = spacing::regular;
 constexpr int narrowestField = 168;
+constexpr int fieldPadding = 2 * spacing::medium; ///< more than a field has beside its text
+constexpr int rowSymbolSize = 16;
+
+bool standsAtTheEdge(const QWidget* control) {
+    return qobject_cast<const QAbstractButton*>(control) ||
+           qobject_cast<const QAbstractSpinBox*>(control) || qobject_cast<const QLabel*>(control);
+}
 
 } // namespace
 
@@ -54,8 +66,7 @@ void Divider::paintEvent(QPaintEvent*) {
 
 FormRow::FormRow(QWidget* control, QWidget* parent)
     : QWidget(parent), m_label(new TextLabel(TextRole::body, Tint::primary)), m_control(control),
-      m_layout(new QBoxLayout(QBoxLayout::LeftToRight, this)),
-      m_compact(qobject_cast<QAbstractButton*>(control) != nullptr) {
+      m_layout(new QBoxLayout(QBoxLayout::LeftToRight, this)), m_compact(standsAtTheEdge(control)) {
     m_layout->setContentsMargins(spacing::medium, spacing::small, spacing::medium, spacing::small);
     m_layout->addWidget(m_label, m_compact ? 1 : 0);
     m_layout->addWidget(m_control, m_compact ? 0 : 1);
@@ -67,11 +78,29 @@ FormRow::FormRow(QWidget* control, QWidget* parent)
 
 void FormRow::setText(const QString& text) {
     m_label->setText(text);
-    m_control->setAccessibleName(text);
+    // A text tells of itself; its label says what it is about.
+    if (!qobject_cast<QLabel*>(m_control))
+        m_control->setAccessibleName(text);
+}
+
+void FormRow::setSymbol(const QString& name, int width) {
+    auto* frame = new QWidget;
+    frame->setFixedWidth(width);
+    auto* centred = new QHBoxLayout(frame);
+    centred->setContentsMargins(QMargins());
+    centred->addWidget(new SymbolView(name, rowSymbolSize, Tint::secondary), 0, Qt::AlignCenter);
+    m_layout->insertWidget(0, frame);
+    m_layout->setSpacing(spacing::small);
 }
 
 int FormRow::labelWidth() const {
     return m_compact ? 0 : m_label->fontMetrics().horizontalAdvance(m_label->text());
+}
+
+int FormRow::hintWidth() const {
+    const auto* field = qobject_cast<QLineEdit*>(m_control);
+    return field ? field->fontMetrics().horizontalAdvance(field->placeholderText()) + fieldPadding
+                 : 0;
 }
 
 void FormRow::mouseReleaseEvent(QMouseEvent* event) {
@@ -89,6 +118,8 @@ void FormRow::setStacked(bool stacked, int labelColumn) {
     m_layout->setSpacing(stacked ? spacing::tight : labelGap);
     m_label->setMinimumWidth(stacked ? 0 : labelColumn);
     m_label->setMaximumWidth(stacked ? QWIDGETSIZE_MAX : labelColumn);
+    // A label keeps the hints of its former least width until it is set anew.
+    m_label->setIndent(m_label->indent());
 }
 
 FormSection::FormSection(QWidget* parent)
@@ -98,12 +129,14 @@ FormSection::FormSection(QWidget* parent)
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(spacing::small);
     m_title->setContentsMargins(spacing::tight, 0, spacing::tight, 0);
+    m_title->hide();
     column->addWidget(m_title);
     column->addWidget(m_card);
 }
 
 void FormSection::setTitle(const QString& title) {
     m_title->setText(title);
+    m_title->setVisible(!title.isEmpty());
     m_card->setAccessibleName(title);
 }
 
@@ -125,6 +158,17 @@ void FormSection::addContent(QWidget* content) {
     m_card->addRow(content);
 }
 
+void FormSection::addButtons(const QList<QPushButton*>& buttons) {
+    auto* row = new QWidget;
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(QMargins());
+    layout->setSpacing(spacing::small);
+    for (QPushButton* button : buttons)
+        layout->addWidget(button);
+    layout->addStretch();
+    addContent(row);
+}
+
 GroupedForm::GroupedForm(QWidget* parent) : QWidget(parent), m_sections(new QVBoxLayout(this)) {
     m_sections->setContentsMargins(spacing::regular, spacing::regular, spacing::regular,
                                    spacing::huge);
@@ -140,13 +184,16 @@ void GroupedForm::addSection(FormSection* section) {
 
 void GroupedForm::arrangeRows() {
     int labelColumn = 0;
+    int fieldColumn = narrowestField;
     for (const FormSection* section : m_all)
         for (const FormRow* row : section->rows())
-            if (!row->isHidden())
+            if (!row->isHidden()) {
                 labelColumn = std::max(labelColumn, row->labelWidth());
+                fieldColumn = std::max(fieldColumn, row->hintWidth());
+            }
     const int available =
         std::min(width(), widest) - 2 * spacing::regular - 2 * spacing::medium - labelGap;
-    const bool stacked = labelColumn + narrowestField > available;
+    const bool stacked = labelColumn + fieldColumn > available;
     for (const FormSection* section : m_all)
         for (FormRow* row : section->rows())
             row->setStacked(stacked, labelColumn);
@@ -158,6 +205,20 @@ void GroupedForm::resizeEvent(QResizeEvent* event) {
     const int margin = std::max(int(spacing::regular), (width() - widest) / 2 + spacing::regular);
     m_sections->setContentsMargins(margin, spacing::regular, margin, spacing::huge);
     arrangeRows();
+}
+
+QScrollArea* makeFormArea(GroupedForm* form) {
+    form->setAutoFillBackground(false);
+    auto* scroll = new QScrollArea;
+    scroll->setObjectName(QStringLiteral("formScroll"));
+    scroll->setFocusPolicy(Qt::NoFocus); // it follows the control that has the focus
+    scroll->setWidget(form);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    scroll->viewport()->setAutoFillBackground(false);
+    return scroll;
 }
 
 } // namespace harbrix

@@ -6,6 +6,9 @@
 #include <QVBoxLayout>
 #include <QWidget>
 
+class QPushButton;
+class QScrollArea;
+
 namespace harbrix {
 
 /// A rounded surface whose visible rows are parted by hairlines.
@@ -36,7 +39,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 };
 
-/// A label and its control: side by side, or one above the other where that is too narrow.
+/// A label and its control: side by side, or one above the other where that is too narrow. A
+/// switch, a stepper and a text that only tells stand at the trailing edge, whatever the width.
 class FormRow : public QWidget {
     Q_OBJECT
 
@@ -45,9 +49,12 @@ public:
 
     /// Also the accessible name of the control.
     void setText(const QString& text);
-    /// A control of fixed size stands at the trailing edge, whatever the width.
+    /// Puts a symbol before the label, in a frame of this width.
+    void setSymbol(const QString& name, int width);
     [[nodiscard]] bool isCompact() const { return m_compact; }
     [[nodiscard]] int labelWidth() const;
+    /// What the hint in an empty field takes.
+    [[nodiscard]] int hintWidth() const;
     void setStacked(bool stacked, int labelColumn);
 
 protected:
@@ -67,12 +74,15 @@ class FormSection : public QWidget {
 public:
     explicit FormSection(QWidget* parent = nullptr);
 
+    /// Without one, the card stands alone.
     void setTitle(const QString& title);
     FormRow* addRow(QWidget* control);
     /// A row of explanation.
     TextLabel* addNote();
     /// Any other row, with the margins of a row.
     void addContent(QWidget* content);
+    /// A row of buttons.
+    void addButtons(const QList<QPushButton*>& buttons);
     [[nodiscard]] const QList<FormRow*>& rows() const { return m_rows; }
 
 signals:
@@ -109,5 +119,8 @@ private:
     QVBoxLayout* m_sections;
     QList<FormSection*> m_all;
 };
+
+/// The form in an area that scrolls up and down.
+[[nodiscard]] QScrollArea* makeFormArea(GroupedForm* form);
 
 } // namespace harbrix

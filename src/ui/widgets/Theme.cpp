@@ -63,16 +63,32 @@ constexpr auto portalInterface = "org.freedesktop.portal.Settings";
 constexpr auto appearanceGroup = "org.freedesktop.appearance";
 constexpr auto colorSchemeKey = "color-scheme";
 
-/// The desktop's own font where there is a desktop; Chinese is named, as under a C locale it would
-/// fall back to Japanese glyph forms.
-QFont applicationFont(QFont font) {
+const char* eastAsianFamily(const QLocale& locale) {
+    switch (locale.language()) {
+    case QLocale::Japanese:
+        return "Noto Sans CJK JP";
+    case QLocale::Korean:
+        return "Noto Sans CJK KR";
+    case QLocale::Chinese:
+        if (locale.script() == QLocale::TraditionalHanScript)
+            return "Noto Sans CJK TC";
+        break;
+    default:
+        break;
+    }
+    return "Noto Sans CJK SC";
+}
+
+/// The desktop's own font where there is a desktop; that of East Asia is named, as under a C locale
+/// Chinese would fall back to Japanese glyph forms.
+QFont applicationFont(QFont font, const QLocale& locale) {
     static const QStringList generic{QString(), QStringLiteral("Sans"),
                                      QStringLiteral("Sans Serif"), QStringLiteral("sans-serif"),
                                      QStringLiteral("Helvetica")};
     QStringList families;
     if (!generic.contains(font.family()))
         families << font.family();
-    for (const char* family : {"Noto Sans", "Noto Sans CJK SC", "Noto Color Emoji"})
+    for (const char* family : {"Noto Sans", eastAsianFamily(locale), "Noto Color Emoji"})
         if (QFontDatabase::hasFamily(QString::fromLatin1(family)))
             families << QString::fromLatin1(family);
     if (!families.isEmpty())
@@ -146,11 +162,16 @@ int lineHeight(TextRole role) {
     return QFontMetrics(fontFor(role)).height();
 }
 
-Theme::Theme(QApplication& application) : m_application(application) {
+Theme::Theme(QApplication& application)
+    : m_application(application), m_desktopFont(QApplication::font()) {
     QApplication::setStyle(new FlatStyle);
-    QApplication::setFont(applicationFont(QApplication::font()));
+    useLanguage(QLocale());
     QApplication::setPalette(paletteFor(m_scheme));
     QApplication::setWindowIcon(applicationIcon());
+}
+
+void Theme::useLanguage(const QLocale& locale) {
+    QApplication::setFont(applicationFont(m_desktopFont, locale));
 }
 
 void Theme::followDesktop(QDBusConnection sessionBus) {

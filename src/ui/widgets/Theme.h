@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QFont>
+#include <QLocale>
 #include <QObject>
 #include <QPalette>
 
@@ -68,6 +69,9 @@ class Theme : public QObject {
 public:
     explicit Theme(QApplication& application);
 
+    /// Puts the font for the language first among those that share a character: one and the same
+    /// Han character is drawn in Chinese, Japanese or Korean form.
+    void useLanguage(const QLocale& locale);
     /// Asks the portal on this bus and heeds its changes from now on.
     void followDesktop(QDBusConnection sessionBus);
 
@@ -79,6 +83,7 @@ private slots:
 
 private:
     QApplication& m_application;
+    QFont m_desktopFont;
     ColorScheme m_scheme = ColorScheme::light;
 };
 

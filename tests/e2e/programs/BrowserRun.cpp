@@ -119,17 +119,7 @@ private:
     RealScheduler m_scheduler;
     CacheManager m_cache{m_world.automation.defaults, m_scheduler,
                          m_world.directory.filePath(QStringLiteral("real"))};
-    Environment m_environment{m_world.automation.appState,
-                              m_world.automation.store,
-                              m_world.language,
-                              m_world.automation.network,
-                              m_world.automation.strategy,
-                              m_world.automation.engine,
-                              m_world.saver,
-                              [](const QUrl&) {},
-                              [] {},
-                              {m_world.browserState, m_cache, m_world.recentFiles, m_scheduler,
-                               [](const QUrl&) {}, [](const QString&, TransferDirection) {}}};
+    Environment m_environment = m_world.environmentWith(m_cache, m_scheduler);
     WindowScenes m_scenes{m_environment};
     QPoint m_place;
 };
