@@ -5,6 +5,7 @@
 #include "ui/widgets/Windows.h"
 
 #include <QApplication>
+#include <QLibraryInfo>
 #include <QWidget>
 
 namespace harbrix {
@@ -16,9 +17,9 @@ UserInterface::UserInterface(QApplication& application, const Environment& envir
       m_menuBarController(environment, m_scenes, scheduler, QDBusConnection::sessionBus()) {
     m_theme.followDesktop(QDBusConnection::sessionBus());
     const LanguageManager& language = environment.languageManager;
-    m_theme.useLanguage(language.locale());
+    useLanguage(language.locale());
     connect(&language, &LanguageManager::localeChanged, this,
-            [this, &language] { m_theme.useLanguage(language.locale()); });
+            [this, &language] { useLanguage(language.locale()); });
     connect(&m_menuBarController, &MenuBarController::quitRequested, this,
             &UserInterface::quitRequested);
 }
@@ -33,6 +34,16 @@ void UserInterface::start() {
                 if (state == Qt::ApplicationActive)
                     applicationDidBecomeActive();
             });
+}
+
+void UserInterface::useLanguage(const QLocale& locale) {
+    m_theme.useLanguage(locale);
+    // What Qt itself says: in the panel that saves, in the menu of a field. Without its tables,
+    // which are a package of their own, that stays English.
+    QCoreApplication::removeTranslator(&m_textsOfQt);
+    if (m_textsOfQt.load(locale, QStringLiteral("qtbase"), QStringLiteral("_"),
+                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(&m_textsOfQt);
 }
 
 void UserInterface::activate() {

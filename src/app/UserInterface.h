@@ -6,6 +6,8 @@
 #include "ui/menu/MenuBarController.h"
 #include "ui/widgets/Theme.h"
 
+#include <QTranslator>
+
 class QApplication;
 
 namespace harbrix {
@@ -32,10 +34,12 @@ signals:
 
 private:
     void applicationDidBecomeActive();
+    void useLanguage(const QLocale& locale);
 
     QApplication& m_application;
     SleepMonitor& m_sleepMonitor;
     Theme m_theme;
+    QTranslator m_textsOfQt;
     WindowScenes m_scenes;
     MenuBarController m_menuBarController;
 };

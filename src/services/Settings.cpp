@@ -207,8 +207,10 @@ UserDefaults::Value settingValue(const Setting& setting, const UserDefaults& def
         return orDefault(defaults.integer(setting.key));
     case Setting::Type::Number:
         return orDefault(defaults.number(setting.key));
-    case Setting::Type::Text:
-        return orDefault(defaults.text(setting.key));
+    case Setting::Type::Text: {
+        const auto stored = defaults.text(setting.key);
+        return orDefault(stored && setting.choices.contains(*stored) ? stored : std::nullopt);
+    }
     }
     Q_UNREACHABLE();
 }

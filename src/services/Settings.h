@@ -40,7 +40,7 @@ struct Setting {
 /// Known keys that an unknown one was probably meant for, the best first; at most three.
 [[nodiscard]] QStringList similarSettingKeys(const QString& unknownKey);
 
-/// What is stored, or the default where nothing or another type is.
+/// What is stored, or the default where nothing, another type or a text that is no choice is.
 [[nodiscard]] UserDefaults::Value settingValue(const Setting& setting,
                                                const UserDefaults& defaults);
 /// The value that a text stands for: "true" or "false", a number, one of the choices. The error

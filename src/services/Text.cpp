@@ -42,12 +42,20 @@ std::vector<Table> loadTables(const QLocale& locale, const QString& directory) {
             tables.push_back(std::move(table));
         return !tables.empty();
     };
+    const auto addBase = [&] {
+        add(QLocale(QLocale::Chinese, QLocale::SimplifiedHanScript, QLocale::China));
+    };
     const QLocale english(QLocale::English);
     for (const QString& code : locale.uiLanguages()) {
         const QLocale language(code);
         if (language.language() == QLocale::Chinese) {
             if (!add(language))
-                add(QLocale(QLocale::Chinese, QLocale::SimplifiedHanScript, QLocale::China));
+                addBase();
+            return tables;
+        }
+        // Who names no language ("C") gets that of the program.
+        if (code == QLatin1String("C")) {
+            addBase();
             return tables;
         }
         if (!add(language))

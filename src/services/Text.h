@@ -38,11 +38,11 @@ private:
 [[nodiscard]] QString literalText(const char* text);
 
 /// Puts the table for the first of the locale's languages that has one in force, with English
-/// behind it for what it lacks; a locale without any table reads English. Chinese of every kind is
-/// the base language: its table holds a few texts only, and the default texts are all that is
-/// behind it. Tables are Qt translation files "harbrix_<language>.qm" in the directory, which may
-/// be one of the resources; the source text of each entry is its key, in the context "texts". Main
-/// thread.
+/// behind it for what it lacks; a locale without any table reads English. Chinese of every kind,
+/// and no language at all ("C"), is the base language: its table holds a few texts only, and the
+/// default texts are all that is behind it. Tables are Qt translation files "harbrix_<language>.qm"
+/// in the directory, which may be one of the resources; the source text of each entry is its key,
+/// in the context "texts". Main thread.
 void useTranslations(const QLocale& locale, const QString& directory);
 
 } // namespace harbrix

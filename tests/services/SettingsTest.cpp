@@ -86,6 +86,8 @@ TEST(Settings, EveryDefaultCanBeTypedAndStandsForWhatCannotBeRead) {
         EXPECT_EQ(settingValue(setting, defaults), setting.defaultValue) << key;
         defaults.set(setting.key, QStringList{"of", "another", "type"});
         EXPECT_EQ(settingValue(setting, defaults), setting.defaultValue) << key;
+        defaults.set(setting.key, QString("klingon"));
+        EXPECT_EQ(settingValue(setting, defaults), setting.defaultValue) << key;
     }
 }
 

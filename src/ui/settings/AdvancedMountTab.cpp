@@ -14,7 +14,7 @@ QString secondsText(int seconds) {
     return fillPlaceholders(QStringLiteral("%llds"), {QString::number(seconds)});
 }
 
-QString countText(int count) {
+QString retriesText(int count) {
     return fillPlaceholders(QStringLiteral("%lld"), {QString::number(count)});
 }
 
@@ -35,7 +35,7 @@ AdvancedMountTab::AdvancedMountTab(UserDefaults& defaults, QWidget* parent)
     : SettingsTab(parent), m_smbVersion(makeVersionPicker(defaults)),
       m_connectionTimeout(
           makeStepper(defaults, QStringLiteral("mount.defaultTimeout"), secondsText)),
-      m_retryCount(makeStepper(defaults, QStringLiteral("mount.defaultRetryCount"), countText)),
+      m_retryCount(makeStepper(defaults, QStringLiteral("mount.defaultRetryCount"), retriesText)),
       m_retryInterval(
           makeStepper(defaults, QStringLiteral("mount.defaultRetryInterval"), secondsText)),
       m_smb(makeSection()), m_smbVersionRow(m_smb->addRow(m_smbVersion)), m_timeout(makeSection()),
