@@ -174,10 +174,9 @@ TEST_P(TextFitTest, BrowserWindow) {
     expectFit("conflict", sheet);
     sheet.hide();
     view().quickLook().preview(QUrl::fromLocalFile(share("a.txt")));
-    settle();
     auto* panel = window().findChild<QWidget*>("previewPanel");
     ASSERT_TRUE(panel);
-    ASSERT_TRUE(settleUntil([&] { return panel->isVisible(); }));
+    ASSERT_TRUE(settleUntil([&] { return find("previewText").isVisible(); }));
     expectFit("preview", *panel);
 }
 
