@@ -41,7 +41,7 @@ SettingsView::SettingsView(const Environment& environment, QWidget* parent)
     column->addWidget(m_stack, 1);
     connect(m_buttons, &QButtonGroup::idToggled, this, [this](int index, bool isOn) {
         if (isOn)
-            showTab(index);
+            showPage(index);
     });
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
     connect(&environment.languageManager, &LanguageManager::localeChanged, this,
@@ -76,11 +76,13 @@ QWidget* SettingsView::buildBar() {
 }
 
 void SettingsView::showTab(int index) {
-    const Page& page = m_pages.at(std::size_t(index));
-    page.button->setChecked(true);
+    m_pages.at(std::size_t(index)).button->setChecked(true);
+}
+
+void SettingsView::showPage(int index) {
     m_stack->setCurrentIndex(index);
     if (isVisible())
-        page.tab->appear();
+        m_pages.at(std::size_t(index)).tab->appear();
 }
 
 void SettingsView::showEvent(QShowEvent* event) {

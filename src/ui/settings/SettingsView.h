@@ -40,6 +40,7 @@ private:
 
     void addPage(const char* symbol, TextKey title, SettingsTab* tab);
     [[nodiscard]] QWidget* buildBar();
+    void showPage(int index);
     void retranslate();
 
     std::vector<Page> m_pages;
