@@ -27,11 +27,26 @@ void write(std::FILE* stream, const QString& text) {
     std::fflush(stream);
 }
 
-/// Qt warns about every other character set.
+/// The language that the environment names for texts; empty if it names none.
+QByteArray namedLanguage() {
+    for (const char* variable : {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const QByteArray named = qgetenv(variable);
+        if (!named.isEmpty())
+            return named.split('.').front();
+    }
+    return {};
+}
+
+/// Qt warns about every other character set, and the tools that are run need one that holds all
+/// names. A locale that is named but not installed still tells the language.
 void ensureUtf8() {
     std::setlocale(LC_ALL, "");
-    if (std::strcmp(::nl_langinfo(CODESET), "UTF-8") != 0)
-        ::setenv("LC_ALL", "C.UTF-8", 1);
+    if (std::strcmp(::nl_langinfo(CODESET), "UTF-8") == 0)
+        return;
+    const QByteArray language = namedLanguage();
+    if (!language.isEmpty() && language != "C" && language != "POSIX")
+        ::setenv("LANGUAGE", language.constData(), 1);
+    ::setenv("LC_ALL", "C.UTF-8", 1);
 }
 
 /// No core file may hold a password. The limit is inherited by the tools, of which expect holds one

@@ -34,6 +34,16 @@ AppLanguage languageOf(const std::optional<QString>& raw) {
     return AppLanguage::system;
 }
 
+/// That of the system; where it tells no more than the language of texts (LANGUAGE), the one of
+/// that language.
+QLocale systemLocale() {
+    const QLocale system = QLocale::system();
+    if (system.language() != QLocale::C)
+        return system;
+    const QLocale ofTexts(system.uiLanguages().value(0));
+    return ofTexts.language() == QLocale::C ? system : ofTexts;
+}
+
 } // namespace
 
 const std::vector<AppLanguage>& allLanguages() {
@@ -58,7 +68,7 @@ QString displayName(AppLanguage language) {
 
 LanguageManager::LanguageManager(UserDefaults& defaults, QString translationsDirectory)
     : m_defaults(defaults), m_translationsDirectory(std::move(translationsDirectory)),
-      m_locale(QLocale::system()),
+      m_locale(systemLocale()),
       m_selectedLanguage(languageOf(defaults.text(QLatin1String(appLanguageKey)))) {
     apply();
 }
@@ -73,14 +83,16 @@ void LanguageManager::setSelectedLanguage(AppLanguage language) {
 void LanguageManager::apply() {
     const QString raw = rawValue(m_selectedLanguage);
     if (m_selectedLanguage == AppLanguage::system) {
-        m_locale = QLocale::system();
+        m_locale = systemLocale();
         m_defaults.remove(QLatin1String(appleLanguagesKey));
     } else {
         m_locale = QLocale(raw);
         m_defaults.set(QLatin1String(appleLanguagesKey), QStringList{raw});
     }
     m_defaults.set(QLatin1String(appLanguageKey), raw);
-    useTranslations(m_locale, m_translationsDirectory);
+    // The system may name several languages, of which the first that has a table is taken.
+    useTranslations(m_selectedLanguage == AppLanguage::system ? QLocale::system() : m_locale,
+                    m_translationsDirectory);
     // What is given no locale goes by it too: the order of names, and the fields of numbers.
     QLocale::setDefault(m_locale);
     emit localeChanged();
