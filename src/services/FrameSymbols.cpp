@@ -126,9 +126,10 @@ private:
 };
 
 /// The path of a module that a frame names.
-QString modulePath(const QString& name, const FrameOrigin& origin) {
-    if (name.startsWith(QLatin1String("~/")))
-        return origin.homeDirectory + name.mid(1);
+QString modulePath(QString name, const FrameOrigin& origin) {
+    // The home folder was taken out wherever its text stood: "/var~/x" may be "/var/tmp/x".
+    if (!QFileInfo::exists(name))
+        name.replace(u'~', origin.homeDirectory);
     if (name.startsWith(u'/'))
         return name;
     const bool isThisProgram =

@@ -166,7 +166,7 @@ class Share(WindowTest):
 class ScreenReader(WindowTest):
     # What the form of a new share tells, by the roles of the controls.
     FORM = {
-        "push button": ["关于 Harbrix", "添加 NAS", "当前网络", "全部网络", "当前IP", "测试连接", "挂载",
+        "push button": ["关于 Harbrix", "打开设置", "添加 NAS", "当前网络", "全部网络", "当前IP", "测试连接", "挂载",
                         "关闭", "保存"],
         "text": ["名称", "地址", "共享路径", "用户名", "自定义挂载点", "IP 范围（CIDR）"],
         "password text": ["密码"],
@@ -225,7 +225,8 @@ class Keyboard(WindowTest):
         self.assertEqual(seen, [
             "名称", "协议", "地址", "共享路径", "认证方式", "用户名", "密码", "SMB 版本", "只读挂载",
             "启用自动挂载", "自定义挂载点", "绑定策略", "IP 范围（CIDR）", "当前网络", "全部网络", "当前IP",
-            "测试连接", "挂载", "关闭", "保存", "关于 Harbrix", "添加 NAS", "NAS 列表"])
+            "测试连接", "挂载", "关闭", "保存", "关于 Harbrix", "打开设置", "添加 NAS",
+            "NAS 列表"])
         self.display.key("ctrl+w")
         wait_for(lambda: not self.accessibility.find("frame", "Harbrix"), what="the closing of the window")
         self.assertEqual(self.harbrix.ctl("list").returncode, 0)
