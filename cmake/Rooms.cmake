@@ -23,8 +23,9 @@ if(HARBRIX_SANITIZERS)
   target_compile_options(harbrix_flags INTERFACE
     -fsanitize=${HARBRIX_SANITIZERS} -fno-omit-frame-pointer -fno-sanitize-recover=undefined
     -Wno-maybe-uninitialized
-    # Checking GoogleTest's templates for undefined behaviour would double the time that the tests take to build.
-    $<$<BOOL:$<TARGET_PROPERTY:HARBRIX_IS_TEST>>:-fno-sanitize=undefined>)
+    # Checking GoogleTest's templates for undefined behaviour would double the time that the tests take to build, and
+    # optimising them takes a quarter of it.
+    "$<$<BOOL:$<TARGET_PROPERTY:HARBRIX_IS_TEST>>:-fno-sanitize=undefined;-O0>")
   target_link_options(harbrix_flags INTERFACE -fsanitize=${HARBRIX_SANITIZERS})
 endif()
 
