@@ -178,6 +178,7 @@ PANEL_CONFIG = """<?xml version="1.0" encoding="UTF-8"?>
 LEFT, RIGHT = 1, 3  # buttons of the mouse
 ENTRY_HEIGHT = 32  # roughly, with the margin of the menu
 ICON = 16, 768 - 16  # the first place of that panel
+TRAY = "wrapper-2.0"  # the window of a plugin, at the panel's place at the bottom of the screen
 
 
 @unittest.skipUnless(os.access(PANEL, os.X_OK) and os.access(PANEL_SETTINGS, os.X_OK) and
@@ -215,13 +216,19 @@ class PanelTest(TrayTest):
 
     def quit_by_the_menu(self, button, picture):
         """It is the last entry."""
+        wait_for(self.has_icon, what="the icon in the panel")
         x, y, width, height = wait_for(lambda: self.open_menu(button), what="the menu on the screen")
         self.picture(picture)
         self.display.click((x + width // 2, y + height - ENTRY_HEIGHT // 2))
         self.assertEqual(self.harbrix.process.wait(15), 0)
 
+    def has_icon(self):
+        """Without one the tray in the panel is a line, and a click there is for the panel."""
+        places = filter(None, map(self.display.geometry, self.display.search("--name", TRAY)))
+        return any(x >= 0 and y > ENTRY_HEIGHT and width > 1 for x, y, width, _ in places)
+
     def open_menu(self, button):
-        """A click on the icon; it goes nowhere as long as the panel has not drawn it."""
+        """A click on the icon, which goes nowhere while the panel is busy with it."""
         before = self.windows()
         self.display.click(ICON, button)
         try:
