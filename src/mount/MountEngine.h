@@ -85,6 +85,9 @@ private:
 /// The script for expect(1) that answers the tool's password prompt. Backslashes and double quotes
 /// are escaped, nothing else is: a dollar sign keeps its meaning to the interpreter.
 [[nodiscard]] QString buildExpectScript(const QStringList& arguments, const QString& password);
+/// The output of expect(1) with the password of its script hidden: a dollar sign, a bracket or a
+/// leading hyphen in it makes the script fail, and the interpreter then quotes what it read.
+[[nodiscard]] QString withoutPassword(QString message, const QString& password);
 /// "//user@address/share"; never a password. The share part loses its outer slashes and is
 /// percent-encoded as UTF-8 but for letters, digits and "-._~!$&'()*+,/:=@": the characters of an
 /// RFC 3986 path without ";", which the original platform's set for paths leaves out too.

@@ -5,16 +5,22 @@
 #include "mount/MountEngine.h"
 #include "mount/MountPoint.h"
 
+#include <QRegularExpression>
+
 namespace harbrix {
 
 namespace {
 
 constexpr auto expectCommand = "/usr/bin/expect";
 
-QString quoted(QString text) {
+QString escaped(QString text) {
     text.replace(u'\\', QStringLiteral("\\\\"));
     text.replace(u'"', QStringLiteral("\\\""));
-    return u'"' + text + u'"';
+    return text;
+}
+
+QString quoted(const QString& text) {
+    return u'"' + escaped(text) + u'"';
 }
 
 QString trimSlashes(const QString& path) {
@@ -46,6 +52,22 @@ QString buildExpectScript(const QStringList& arguments, const QString& password)
            "    }\n"
            "    eof\n"
            "}\n";
+}
+
+QString withoutPassword(QString message, const QString& password) {
+    const QString hidden = QStringLiteral("••••••");
+    const QString written = escaped(password);
+    // The command itself, which the interpreter quotes in full or cut short.
+    static const QRegularExpression command("set password \".*");
+    message.replace(command, "set password " + hidden);
+    message.replace(written, hidden);
+    message.replace(password, hidden);
+    // And the piece of it that it took for a name or a command of its own.
+    QStringList pieces = message.split(u'"');
+    for (QString& piece : pieces)
+        if (!piece.isEmpty() && written.contains(piece))
+            piece = hidden;
+    return pieces.join(u'"');
 }
 
 QString buildShareUrl(const QString& user, const QString& address, const QString& sharePath) {
@@ -126,7 +148,12 @@ MountEngine::runSMBTool(QStringList arguments, Credentials credentials, QString 
     if (canExpect) {
         const QByteArray script = buildExpectScript(arguments, *credentials.password).toUtf8();
         auto run = executeProcess(expectCommand, {"-"}, mountTimeout, script);
-        co_return co_await run;
+        auto result = co_await run;
+        if (result) {
+            result->stdout_ = withoutPassword(result->stdout_, *credentials.password);
+            result->stderr_ = withoutPassword(result->stderr_, *credentials.password);
+        }
+        co_return result;
     }
 
     // The entry for the tool is gone again before the tool starts; that order is settled.

@@ -188,6 +188,17 @@ class Shares(ProgramTest):
         self.assertEqual(changed.returncode, 0, changed.stderr)
         self.assertEqual(self.read("Films"), self.data)
 
+    def test_a_password_that_the_script_trips_over_is_not_shown(self):
+        self.start()
+        for password in ("-9Aq2x", "9A$q2x", "9A[q2x", "9A[q2 x]"):
+            name = f"Films {len(password)}"
+            self.add(name, password=password)
+            mounted = self.harbrix.ctl("mount", name)
+            self.assertEqual(mounted.returncode, 1, password)
+            self.assertIn("exited with code 1", mounted.stderr)
+            self.assertNotRegex(mounted.stderr, "9A|q2")
+            self.assertEqual(self.harbrix.ctl("remove", name).returncode, 0)
+
     def test_edit_and_remove(self):
         self.start()
         self.add("Films")

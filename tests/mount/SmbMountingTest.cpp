@@ -19,6 +19,29 @@ expect {
 )script");
 }
 
+TEST(ExpectScript, ItsFailureDoesNotShowThePassword) {
+    struct Row {
+        QString password;
+        QString message; ///< as expect 5.45 gives it
+        QString shown;
+    };
+    const std::vector<Row> rows{
+        {"-x]y", "Password for ann:bad flag \"-x]y\r\": must be -i\n    while executing\n\"send",
+         "Password for ann:bad flag \"••••••\r\": must be -i\n    while executing\n\"send"},
+        {"pa$foo",
+         "can't read \"foo\": no such variable\n    while executing\n\"set password \"pa$foo\"\"",
+         "can't read \"••••••\": no such variable\n    while executing\n\"set password ••••••"},
+        {"q\"a[b", "missing close-bracket\n    while executing\n\"set password \"q\\\"a[\"",
+         "missing close-bracket\n    while executing\n\"set password ••••••"},
+        {"a[no c]d", "invalid command name \"no\"\n    while executing\n\"no c\"\n    invoked",
+         "invalid command name \"••••••\"\n    while executing\n\"••••••\"\n    invoked"},
+        {"secret", "couldn't execute \"/sbin/mount_smbfs\": no such file or directory",
+         "couldn't execute \"/sbin/mount_smbfs\": no such file or directory"},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(withoutPassword(row.message, row.password), row.shown);
+}
+
 TEST(ShareUrl, EncodesTheShareAndNothingElse) {
     struct Row {
         QString user;
