@@ -15,7 +15,8 @@ CrashReport CrashReport::ofThisProgram() {
     report.id = uuidText(QUuid::createUuid());
     report.timestamp = iso8601Text(QDateTime::currentDateTimeUtc());
     report.appVersion = QStringLiteral(HARBRIX_VERSION);
-    report.buildNumber = QStringLiteral(HARBRIX_BUILD_NUMBER);
+    const auto build = QStringLiteral(HARBRIX_BUILD);
+    report.buildNumber = build.isEmpty() ? QStringLiteral("unknown") : build;
     report.osVersion =
         QSysInfo::prettyProductName() + QStringLiteral(", kernel ") + QSysInfo::kernelVersion();
     report.deviceModel = harbrix::deviceModel();

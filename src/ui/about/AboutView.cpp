@@ -44,7 +44,8 @@ QPushButton* makeLink(const char* name, const char* symbol, const QUrl& target,
 } // namespace
 
 AboutInformation AboutInformation::ofThisBuild() {
-    return {QStringLiteral(HARBRIX_VERSION), QStringLiteral(HARBRIX_BUILD),
+    const auto build = QStringLiteral(HARBRIX_BUILD);
+    return {QStringLiteral(HARBRIX_VERSION), build.isEmpty() ? QStringLiteral("1") : build,
             QUrl(QStringLiteral(HARBRIX_HOME_PAGE)), QUrl(QStringLiteral(HARBRIX_FEEDBACK_PAGE)),
             QUrl(QStringLiteral(HARBRIX_DOCUMENTATION_PAGE))};
 }
