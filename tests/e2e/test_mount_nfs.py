@@ -691,16 +691,16 @@ class Faults(unittest.TestCase):
                 result = error_name(action, *arguments)
                 return time.monotonic() - start, result
             try:
-                self.assertLess(timed(os.stat, mount.path)[0], 0.3)
+                self.assertLess(timed(os.stat, mount.path)[0], 1)
                 seconds, result = timed(os.stat, os.path.join(mount.path, "another"))
                 self.assertEqual(result, "ETIMEDOUT")
-                self.assertLess(seconds, 3.2)
+                self.assertLess(seconds, 4)
                 for action in (os.stat, os.unlink, os.mkdir):
                     seconds, result = timed(action, os.path.join(mount.path, "third"))
                     self.assertEqual(result, "ETIMEDOUT")
-                    self.assertLess(seconds, 0.3)
-                self.assertLess(timed(os.stat, mount.path)[0], 0.3)
-                self.assertLess(timed(os.statvfs, mount.path)[0], 0.3)
+                    self.assertLess(seconds, 1)
+                self.assertLess(timed(os.stat, mount.path)[0], 1)
+                self.assertLess(timed(os.statvfs, mount.path)[0], 1)
             finally:
                 server.thaw()
             self.wait_until(lambda: os.path.exists(path), 10, "the mount has not come back")

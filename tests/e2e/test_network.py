@@ -21,7 +21,7 @@ from smb_server import SmbServer  # noqa: E402
 BUILD = os.environ.get("HARBRIX_BUILD", "")
 PORT = 4455
 # The delays of the program, and what a told state may come later than they say.
-DEBOUNCE, SETTLE, LAUNCH, WAKE, SLACK = 2.0, 5.0, 2.0, 2.0, 0.5
+DEBOUNCE, SETTLE, LAUNCH, WAKE, SLACK = 2.0, 5.0, 2.0, 2.0, 1.5
 KEEP_ALIVE = 3.0
 
 

@@ -23,7 +23,7 @@ from smb_server import SmbServer  # noqa: E402
 BUILD = os.environ.get("HARBRIX_BUILD", "")
 USER, PASSWORD = "ann", 'pa"ss\\wörd-7f3a91'
 ODD_SHARE = "50% off & ü"
-QUIT_SECONDS = 5.0
+QUIT_SECONDS, SLACK = 5.0, 2.0
 
 
 def why_skipped():
@@ -217,7 +217,7 @@ class Shares(ProgramTest):
 
     def test_watch_tells_each_change(self):
         self.start()
-        self.add_guest("Films")
+        self.add_guest("Films", "--disabled")
         with subprocess.Popen([self.harbrix.control, "watch", "--json"], stdout=subprocess.PIPE,
                               stderr=subprocess.PIPE, env=self.harbrix.environment, text=True) as watch:
             self.assertEqual(json.loads(watch.stdout.readline())["state"], "idle")
@@ -306,9 +306,9 @@ class Process(ProgramTest):
         begun = time.monotonic()
         quit_ = self.harbrix.ctl("quit")
         self.assertEqual(quit_.returncode, 0, quit_.stderr)
-        self.assertEqual(self.harbrix.process.wait(1), 0)
+        self.assertEqual(self.harbrix.process.wait(15), 0)
         taken = time.monotonic() - begun
-        self.assertTrue(QUIT_SECONDS <= taken < QUIT_SECONDS + 1, taken)
+        self.assertTrue(QUIT_SECONDS <= taken < QUIT_SECONDS + SLACK, taken)
         self.assertEqual(self.read("Films"), self.data)
         self.assertIn("Harbrix application terminated", self.harbrix.log())
 
@@ -329,7 +329,7 @@ class Process(ProgramTest):
         begun = time.monotonic()
         self.harbrix.process.send_signal(signal.SIGINT)
         self.assertEqual(self.harbrix.process.wait(15), 0)
-        self.assertLess(time.monotonic() - begun, QUIT_SECONDS + 1)
+        self.assertLess(time.monotonic() - begun, QUIT_SECONDS + SLACK)
         self.assertEqual(mounting.wait(5), 69)
         for process in processes_naming(self.harbrix.folder):
             os.kill(process, signal.SIGKILL)

@@ -93,7 +93,7 @@ class WatcherTest(TrayTest):
         menu = self.menu(self.wait_for_item())
         self.assertIn("暂无 NAS 配置", self.labels(menu))
         added = self.harbrix.ctl("add", "--name", "my_nas & co", "--address", "192.0.2.1",
-                                 "--share", "/x", "--auth", "guest")
+                                 "--share", "/x", "--auth", "guest", "--disabled")
         self.assertEqual(added.returncode, 0, added.stderr)
         # An underscore counts twice, and the first one of the label is the access key's.
         wait_for(lambda: any("my__nas & co" in label for label in self.labels(menu)))
@@ -113,7 +113,7 @@ class WatcherTest(TrayTest):
         self.start_program()
         menu = self.menu(self.wait_for_item())
         added = self.harbrix.ctl("add", "--name", "Films", "--address", server.address, "--share", "films",
-                                 "--user", "ann", "--password-stdin", password="secret")
+                                 "--user", "ann", "--password-stdin", "--disabled", password="secret")
         self.assertEqual(added.returncode, 0, added.stderr)
         self.addCleanup(self.harbrix.ctl, "unmount", "Films")
         mounted = self.harbrix.ctl("mount", "Films")
