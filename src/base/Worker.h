@@ -19,6 +19,14 @@ namespace harbrix {
 /// work: a share that hangs must not keep another one from being looked at.
 [[nodiscard]] QThreadPool& workerPool();
 
+/// Runs `call` on the main thread, after what was handed over before. Any thread. At the end of the
+/// process there is no main thread to tell any more, and the call is dropped.
+template <typename Call>
+void onMainThread(Call call) {
+    if (QCoreApplication* application = QCoreApplication::instance())
+        QMetaObject::invokeMethod(application, std::move(call), Qt::QueuedConnection);
+}
+
 namespace detail {
 
 template <typename Work>
@@ -36,10 +44,7 @@ void startOnWorker(Work work, Tell tell) {
         } else {
             stored->emplace(work());
         }
-        // At the end of the process there is no main thread to tell any more.
-        if (QCoreApplication* application = QCoreApplication::instance())
-            QMetaObject::invokeMethod(
-                application, [tell, stored] { tell(std::move(**stored)); }, Qt::QueuedConnection);
+        onMainThread([tell, stored] { tell(std::move(**stored)); });
     });
 }
 

@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <span>
 
 namespace harbrix {
 namespace {
@@ -54,17 +55,21 @@ Result<std::shared_ptr<FileCopy>, SystemError> FileCopy::open(const QByteArray& 
         new FileCopy(std::move(*from), std::move(to), std::move(destination)));
 }
 
-Result<QByteArray, SystemError> FileCopy::read(qsizetype size) {
-    QByteArray bytes(size, Qt::Uninitialized);
-    const auto count = readFully(m_from.get(), {bytes.data(), static_cast<std::size_t>(size)});
-    if (!count)
-        return std::unexpected(count.error());
-    bytes.truncate(static_cast<qsizetype>(*count));
-    return bytes;
-}
-
-Result<void, SystemError> FileCopy::write(const QByteArray& bytes) {
-    return writeFully(m_to.get(), {bytes.constData(), static_cast<std::size_t>(bytes.size())});
+Result<bool, SystemError> FileCopy::run(std::size_t chunkSize,
+                                        const std::function<bool(qint64 copied)>& goesOn) {
+    m_chunk.resize(chunkSize);
+    while (goesOn(m_copied)) {
+        const auto count = readFully(m_from.get(), m_chunk);
+        if (!count)
+            return std::unexpected(count.error());
+        if (*count == 0)
+            return true;
+        const auto written = writeFully(m_to.get(), std::span<const char>(m_chunk).first(*count));
+        if (!written)
+            return std::unexpected(written.error());
+        m_copied += static_cast<qint64>(*count);
+    }
+    return false;
 }
 
 Result<void, SystemError> FileCopy::close() {

@@ -31,6 +31,7 @@ void TransferManager::setStatus(const QUuid& id, TransferStatus status) {
 
 void TransferManager::pause(const QUuid& id) {
     m_pauseFlags[id] = true;
+    interrupt(id);
 }
 
 void TransferManager::resume(const QUuid& id) {
@@ -44,6 +45,7 @@ void TransferManager::resume(const QUuid& id) {
 
 void TransferManager::cancel(const QUuid& id) {
     m_cancellationFlags[id] = true;
+    interrupt(id);
     const TransferTask* task = find(id);
     if (task && task->status == TransferStatus::pending)
         setStatus(id, TransferStatus::cancelled);

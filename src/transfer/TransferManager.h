@@ -15,11 +15,11 @@ namespace harbrix {
 
 class FileCopy;
 class RecentFilesTracker;
+struct RunningCopy;
 
 /// A queue that copies single files between the local disk and a mounted share, one at a time, in
-/// the order of arrival. It lives in memory only. Main thread: all state is read and written there,
-/// reads and writes of the files run on workers, and the pause and cancel flags are looked at
-/// between two chunks.
+/// the order of arrival. It lives in memory only. Main thread: all state is read and written there.
+/// A worker copies; pause and cancel take effect between two of its chunks.
 ///
 /// Destroying it abandons the running copy and removes its unfinished destination.
 class TransferManager : public QObject {
@@ -27,7 +27,7 @@ class TransferManager : public QObject {
 
 public:
     static constexpr int maxConcurrent = 3;
-    static constexpr qsizetype chunkSize = 1'048'576; ///< bytes
+    static constexpr std::size_t chunkSize = 1'048'576; ///< bytes
 
     /// Tells the user of a finished transfer, by the name of the source.
     using NotifyFinished = std::function<void(const QString& fileName, TransferDirection)>;
@@ -69,13 +69,17 @@ private:
     Task<void> runQueue();
     Task<void> run(QUuid id);
     Task<CopyResult> copy(QUrl source, QUrl destination, QUuid id);
-    Task<CopyResult> copyChunks(std::shared_ptr<FileCopy> files, QUuid id);
+    Task<CopyResult> copyChunks(std::shared_ptr<FileCopy> files,
+                                std::shared_ptr<RunningCopy> running);
     Task<void> waitWhilePaused(QUuid id);
     void complete(const QUuid& id);
     void fail(const QUuid& id, const QString& message);
 
     [[nodiscard]] TransferTask* find(const QUuid& id);
     void setStatus(const QUuid& id, TransferStatus status);
+    void setBytesTransferred(const QUuid& id, qint64 count);
+    /// Brings the copy of the task, if it runs, to where the flags are looked at.
+    void interrupt(const QUuid& id);
 
     RecentFilesTracker& m_recentFiles;
     Scheduler& m_scheduler;
@@ -85,6 +89,7 @@ private:
     qint64 m_totalBytesTransferred = 0;
     QHash<QUuid, bool> m_cancellationFlags;
     QHash<QUuid, bool> m_pauseFlags;
+    std::shared_ptr<RunningCopy> m_running;
     TaskScope m_flows;
     // Goes before the flows do, so that none is let through while they are abandoned.
     SerialQueue m_arrivals;

@@ -4,25 +4,45 @@
 #include "transfer/FileCopy.h"
 #include "transfer/TransferManager.h"
 
+#include <QPointer>
+
+#include <atomic>
+
 // How TransferManager takes tasks in and copies them.
 
 namespace harbrix {
+
+/// What the main thread and the worker that copies tell each other.
+struct RunningCopy {
+    explicit RunningCopy(const QUuid& task) : id(task) {}
+
+    const QUuid id;
+    std::atomic<bool> stops = false;    ///< a flag is to be looked at
+    std::atomic<qint64> copied = 0;     ///< bytes
+    std::atomic<bool> isToldOf = false; ///< the main thread will read `copied`
+};
+
 namespace {
 
-/// Removes the destination of a copy that does not come to its end, as when the queue goes away.
+/// Ends a copy that does not come to its end, as when the queue goes away, and removes its
+/// destination.
 class UnfinishedCopy {
 public:
-    explicit UnfinishedCopy(std::shared_ptr<FileCopy> files) : m_files(std::move(files)) {}
+    UnfinishedCopy(std::shared_ptr<FileCopy> files, std::shared_ptr<RunningCopy> running)
+        : m_files(std::move(files)), m_running(std::move(running)) {}
     UnfinishedCopy(const UnfinishedCopy&) = delete;
     UnfinishedCopy& operator=(const UnfinishedCopy&) = delete;
     ~UnfinishedCopy() {
-        if (m_files)
-            workerPool().start([files = std::move(m_files)] { files->removeDestination(); });
+        if (!m_files)
+            return;
+        m_running->stops = true;
+        workerPool().start([files = std::move(m_files)] { files->removeDestination(); });
     }
     void ended() { m_files.reset(); }
 
 private:
     std::shared_ptr<FileCopy> m_files;
+    std::shared_ptr<RunningCopy> m_running;
 };
 
 } // namespace
@@ -59,8 +79,9 @@ Task<TransferManager::CopyResult> TransferManager::copy(QUrl source, QUrl destin
     auto opened = co_await opening;
     if (!opened)
         co_return std::unexpected(opened.error());
-    UnfinishedCopy unfinished(*opened);
-    auto copying = copyChunks(*opened, id);
+    m_running = std::make_shared<RunningCopy>(id);
+    UnfinishedCopy unfinished(*opened, m_running);
+    auto copying = copyChunks(*opened, m_running);
     auto outcome = co_await copying;
     if (outcome && *outcome == CopyOutcome::Cancelled) {
         setStatus(id, TransferStatus::cancelled);
@@ -68,14 +89,15 @@ Task<TransferManager::CopyResult> TransferManager::copy(QUrl source, QUrl destin
         co_await removing;
     }
     unfinished.ended();
+    m_running.reset();
     co_return outcome;
 }
 
-/// While a chunk is written the next one is read, so that the time between two chunks is not lost.
-Task<TransferManager::CopyResult> TransferManager::copyChunks(std::shared_ptr<FileCopy> files,
-                                                              QUuid id) {
-    qint64 count = 0;
-    auto reading = onWorker([files] { return files->read(chunkSize); });
+/// A worker copies until the source ends or a flag is to be looked at; it asks nobody in between,
+/// since the way to the main thread and back takes a good part of the time of a chunk.
+Task<TransferManager::CopyResult>
+TransferManager::copyChunks(std::shared_ptr<FileCopy> files, std::shared_ptr<RunningCopy> running) {
+    const QUuid id = running->id;
     while (true) {
         if (!m_cancellationFlags.value(id) && m_pauseFlags.value(id)) {
             auto pausing = waitWhilePaused(id);
@@ -83,28 +105,43 @@ Task<TransferManager::CopyResult> TransferManager::copyChunks(std::shared_ptr<Fi
         }
         if (m_cancellationFlags.value(id))
             co_return CopyOutcome::Cancelled;
-        auto chunk = co_await reading;
-        if (!chunk)
-            co_return std::unexpected(chunk.error());
-        if (chunk->isEmpty())
+        running->stops = false;
+        auto copying = onWorker([files, running, manager = QPointer(this)] {
+            return files->run(chunkSize, [&](qint64 copied) {
+                running->copied = copied;
+                if (!running->isToldOf.exchange(true))
+                    onMainThread([running, manager] {
+                        running->isToldOf = false;
+                        if (manager)
+                            manager->setBytesTransferred(running->id, running->copied);
+                    });
+                return !running->stops;
+            });
+        });
+        const auto isAtEnd = co_await copying;
+        if (!isAtEnd)
+            co_return std::unexpected(isAtEnd.error());
+        if (*isAtEnd)
             break;
-        reading = onWorker([files] { return files->read(chunkSize); });
-        const qsizetype size = chunk->size();
-        auto writing = onWorker([files, bytes = std::move(*chunk)] { return files->write(bytes); });
-        const auto written = co_await writing;
-        if (!written)
-            co_return std::unexpected(written.error());
-        count += size;
-        if (TransferTask* task = find(id)) {
-            task->bytesTransferred = count;
-            emit changed();
-        }
     }
     auto closing = onWorker([files] { return files->close(); });
     const auto closed = co_await closing;
     if (!closed)
         co_return std::unexpected(closed.error());
     co_return CopyOutcome::Finished;
+}
+
+void TransferManager::interrupt(const QUuid& id) {
+    if (m_running && m_running->id == id)
+        m_running->stops = true;
+}
+
+void TransferManager::setBytesTransferred(const QUuid& id, qint64 count) {
+    TransferTask* task = find(id);
+    if (!task || task->bytesTransferred == count)
+        return;
+    task->bytesTransferred = count;
+    emit changed();
 }
 
 Task<void> TransferManager::waitWhilePaused(QUuid id) {
