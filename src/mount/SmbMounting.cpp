@@ -55,6 +55,8 @@ QString buildExpectScript(const QStringList& arguments, const QString& password)
 }
 
 QString withoutPassword(QString message, const QString& password) {
+    if (password.isEmpty())
+        return message;
     const QString hidden = QStringLiteral("••••••");
     const QString written = escaped(password);
     // The command itself, which the interpreter quotes in full or cut short.

@@ -35,6 +35,7 @@ TEST(ExpectScript, ItsFailureDoesNotShowThePassword) {
          "missing close-bracket\n    while executing\n\"set password ••••••"},
         {"a[no c]d", "invalid command name \"no\"\n    while executing\n\"no c\"\n    invoked",
          "invalid command name \"••••••\"\n    while executing\n\"••••••\"\n    invoked"},
+        {"", "mount_smbfs: no such share", "mount_smbfs: no such share"},
         {"secret", "couldn't execute \"/sbin/mount_smbfs\": no such file or directory",
          "couldn't execute \"/sbin/mount_smbfs\": no such file or directory"},
     };

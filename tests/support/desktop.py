@@ -63,7 +63,8 @@ class Display:
         return tuple(int(shown[name]) for name in ("X", "Y", "WIDTH", "HEIGHT")) if shown else None
 
     def click(self, place, button=1):
-        # Without --sync, which waits for 15 s when the pointer is there already; one client's requests keep their order.
+        # Without --sync, which waits for 15 s when the pointer is there already. The requests of one client keep
+        # their order.
         self._xdotool("mousemove", *place, "click", button)
 
     def key(self, *names):
