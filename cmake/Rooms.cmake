@@ -1,18 +1,21 @@
-# Flags that every target shares, and the one way in which a room is made.
+# Flags that every target shares, and the one way in which a room is made. The presets for development make warnings
+# errors (CMAKE_COMPILE_WARNING_AS_ERROR); a build for use must not break on what a newer compiler or Qt warns about.
 
 define_property(TARGET PROPERTY HARBRIX_IS_TEST INITIALIZE_FROM_VARIABLE HARBRIX_IS_TEST
   BRIEF_DOCS "The target is a test, not code under test")
 
 add_library(harbrix_flags INTERFACE)
 target_compile_options(harbrix_flags INTERFACE
-  -Wall -Wextra -Wpedantic -Werror -Wnon-virtual-dtor -Woverloaded-virtual -Wsuggest-override
+  -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual -Wsuggest-override
   -fdiagnostics-color=auto)
 # Crash reports and the journal tell of source files; where somebody built them is not for others to know. Of the two
 # rules the later one is tried first. Tests find their samples by the full path.
 target_compile_options(harbrix_flags INTERFACE $<$<NOT:$<BOOL:$<TARGET_PROPERTY:HARBRIX_IS_TEST>>>:
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${PROJECT_BINARY_DIR}=.>)
 target_compile_definitions(harbrix_flags INTERFACE
-  HARBRIX_VERSION="${PROJECT_VERSION}" QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
+  HARBRIX_VERSION="${PROJECT_VERSION}"
+  # What later versions of Qt deprecate has no successor in 6.4 yet.
+  QT_WARN_DEPRECATED_UP_TO=0x060400 QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
   QT_NO_CAST_FROM_BYTEARRAY)
 if(CMAKE_UNITY_BUILD)
   # A file that is included into another is taken for a header by this warning.
