@@ -1,5 +1,6 @@
 #include "transfer/FileCopy.h"
 
+#include "base/Worker.h"
 #include "files/FileIo.h"
 
 #include <fcntl.h>
@@ -21,38 +22,39 @@ Result<void, SystemError> makeParents(const QByteArray& path) {
     return {};
 }
 
-/// Removes what stands at the destination, which must be no directory and not the source.
-Result<void, SystemError> clearTheWay(const QByteArray& destination, const struct stat& source) {
+/// Whether the destination can be replaced: it must be no directory and not the source.
+Result<void, SystemError> checkDestination(const QByteArray& destination,
+                                           const struct stat& source) {
     struct stat existing {};
     if (::lstat(destination.constData(), &existing) != 0)
         return errno == ENOENT ? Result<void, SystemError>() : lastError();
+    if (S_ISDIR(existing.st_mode))
+        return std::unexpected(systemError(EISDIR));
     if (existing.st_dev == source.st_dev && existing.st_ino == source.st_ino)
         return std::unexpected(
             SystemError{EINVAL, QStringLiteral("Source and destination are the same file")});
-    if (::unlink(destination.constData()) != 0)
-        return lastError();
     return {};
 }
 
 } // namespace
 
 Result<std::shared_ptr<FileCopy>, SystemError> FileCopy::open(const QByteArray& source,
-                                                              QByteArray destination) {
+                                                              const QByteArray& destination) {
     struct stat status {};
     auto from = openForReading(source, status);
     if (!from)
         return std::unexpected(from.error());
     if (const auto made = makeParents(destination); !made)
         return std::unexpected(made.error());
-    if (const auto cleared = clearTheWay(destination, status); !cleared)
-        return std::unexpected(cleared.error());
-    UniqueDescriptor to(
-        ::open(destination.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    if (const auto checked = checkDestination(destination, status); !checked)
+        return std::unexpected(checked.error());
+    auto to = PartFile::create(destination);
     if (!to)
-        return lastError();
+        return std::unexpected(to.error());
     ::posix_fadvise(from->get(), 0, 0, POSIX_FADV_SEQUENTIAL);
-    return std::shared_ptr<FileCopy>(
-        new FileCopy(std::move(*from), std::move(to), std::move(destination)));
+    // To close a file on a share can take as long as to write it.
+    const auto endOnWorker = [](FileCopy* copy) { workerPool().start([copy] { delete copy; }); };
+    return std::shared_ptr<FileCopy>(new FileCopy(std::move(*from), std::move(*to)), endOnWorker);
 }
 
 Result<bool, SystemError> FileCopy::run(std::size_t chunkSize,
@@ -60,28 +62,37 @@ Result<bool, SystemError> FileCopy::run(std::size_t chunkSize,
     m_chunk.resize(chunkSize);
     while (goesOn(m_copied)) {
         const auto count = readFully(m_from.get(), m_chunk);
-        if (!count)
-            return std::unexpected(count.error());
-        if (*count == 0)
-            return true;
-        const auto written = writeFully(m_to.get(), std::span<const char>(m_chunk).first(*count));
-        if (!written)
+        const auto chunk = std::span<const char>(m_chunk).first(count.value_or(0));
+        const auto written = count ? writeFully(m_to.descriptor(), chunk)
+                                   : Result<void, SystemError>(std::unexpected(count.error()));
+        if (!written) {
+            m_to.keep();
             return std::unexpected(written.error());
-        m_copied += static_cast<qint64>(*count);
+        }
+        if (chunk.empty())
+            return true;
+        m_copied += static_cast<qint64>(chunk.size());
     }
     return false;
 }
 
-Result<void, SystemError> FileCopy::close() {
-    if (::close(m_to.release()) == 0)
-        return {};
-    if (errno == EIO || errno == ENOSPC || errno == EDQUOT)
-        return lastError();
-    return {};
+Result<void, SystemError> FileCopy::sync() {
+    auto synced = m_to.sync();
+    if (!synced)
+        m_to.keep();
+    return synced;
 }
 
-void FileCopy::removeDestination() {
-    ::unlink(m_destination.constData());
+Result<void, SystemError> FileCopy::finish() {
+    auto replaced = m_to.replaceDestination();
+    if (!replaced)
+        m_to.keep();
+    return replaced;
+}
+
+void FileCopy::close() {
+    m_from.reset();
+    m_to.close();
 }
 
 } // namespace harbrix

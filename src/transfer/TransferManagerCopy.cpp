@@ -24,24 +24,15 @@ struct RunningCopy {
 
 namespace {
 
-/// Ends a copy that does not come to its end, as when the queue goes away, and removes its
-/// destination.
-class UnfinishedCopy {
+/// Stops the worker of a copy whose flow is abandoned, as when the queue goes away.
+class StopsAtEnd {
 public:
-    UnfinishedCopy(std::shared_ptr<FileCopy> files, std::shared_ptr<RunningCopy> running)
-        : m_files(std::move(files)), m_running(std::move(running)) {}
-    UnfinishedCopy(const UnfinishedCopy&) = delete;
-    UnfinishedCopy& operator=(const UnfinishedCopy&) = delete;
-    ~UnfinishedCopy() {
-        if (!m_files)
-            return;
-        m_running->stops = true;
-        workerPool().start([files = std::move(m_files)] { files->removeDestination(); });
-    }
-    void ended() { m_files.reset(); }
+    explicit StopsAtEnd(std::shared_ptr<RunningCopy> running) : m_running(std::move(running)) {}
+    StopsAtEnd(const StopsAtEnd&) = delete;
+    StopsAtEnd& operator=(const StopsAtEnd&) = delete;
+    ~StopsAtEnd() { m_running->stops = true; }
 
 private:
-    std::shared_ptr<FileCopy> m_files;
     std::shared_ptr<RunningCopy> m_running;
 };
 
@@ -80,16 +71,15 @@ Task<TransferManager::CopyResult> TransferManager::copy(QUrl source, QUrl destin
     if (!opened)
         co_return std::unexpected(opened.error());
     m_running = std::make_shared<RunningCopy>(id);
-    UnfinishedCopy unfinished(*opened, m_running);
+    const StopsAtEnd stopsAtEnd(m_running);
     auto copying = copyChunks(*opened, m_running);
     auto outcome = co_await copying;
-    if (outcome && *outcome == CopyOutcome::Cancelled) {
+    if (outcome && *outcome == CopyOutcome::Cancelled)
         setStatus(id, TransferStatus::cancelled);
-        auto removing = onWorker([files = *opened] { files->removeDestination(); });
-        co_await removing;
-    }
-    unfinished.ended();
     m_running.reset();
+    // The files are closed, and what is left of them removed, before another copy begins.
+    auto closing = onWorker([files = *opened] { files->close(); });
+    co_await closing;
     co_return outcome;
 }
 
@@ -124,10 +114,16 @@ TransferManager::copyChunks(std::shared_ptr<FileCopy> files, std::shared_ptr<Run
         if (*isAtEnd)
             break;
     }
-    auto closing = onWorker([files] { return files->close(); });
-    const auto closed = co_await closing;
-    if (!closed)
-        co_return std::unexpected(closed.error());
+    auto syncing = onWorker([files] { return files->sync(); });
+    const auto synced = co_await syncing;
+    if (!synced)
+        co_return std::unexpected(synced.error());
+    if (m_cancellationFlags.value(id))
+        co_return CopyOutcome::Cancelled;
+    auto finishing = onWorker([files] { return files->finish(); });
+    const auto finished = co_await finishing;
+    if (!finished)
+        co_return std::unexpected(finished.error());
     co_return CopyOutcome::Finished;
 }
 

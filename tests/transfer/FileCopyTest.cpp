@@ -26,16 +26,49 @@ TEST(FileCopyTest, StopsBeforeEveryChunkAndGoesOnFromThere) {
             };
         };
         EXPECT_EQ((*copy)->run(size, upTo(stop)), false);
-        QFile part(folder.filePath("copy"));
+        QFile part(QString::fromLocal8Bit(partPath(path("copy"))));
         ASSERT_TRUE(part.open(QFile::ReadOnly));
         EXPECT_EQ(part.readAll(), contents.left(stop));
         EXPECT_EQ((*copy)->run(size, upTo(100)), true);
-        ASSERT_TRUE((*copy)->close());
-        EXPECT_EQ(part.seek(0) ? part.readAll() : "", contents);
+        EXPECT_EQ(QFile::exists(folder.filePath("copy")), stop > 0)
+            << "in place before it is whole";
+        ASSERT_TRUE((*copy)->sync() && (*copy)->finish());
+        (*copy)->close();
+        QFile copied(folder.filePath("copy"));
+        EXPECT_EQ(copied.open(QFile::ReadOnly) ? copied.readAll() : "", contents);
         std::vector<qint64> expected{0, 7, 14, 21, 22};
         expected.insert(expected.begin() + stop / 7, stop);
         EXPECT_EQ(asked, expected) << stop;
     }
+}
+
+TEST(PartFileTest, ItsNameFitsWhereThatOfTheDestinationDoes) {
+    const QByteArray han = "\u4e2d"; // three bytes each
+    struct Row {
+        QByteArray destination;
+        QByteArray part;
+    };
+    const std::vector<Row> rows = {
+        {"/a/b", "/a/.b.harbrix-part"},
+        {"/.b", "/..b.harbrix-part"},
+        {"/a/" + QByteArray(255, 'n'), "/a/." + QByteArray(241, 'n') + ".harbrix-part"},
+        {"/a/" + han.repeated(85), "/a/." + han.repeated(80) + ".harbrix-part"},
+    };
+    for (const auto& [destination, part] : rows)
+        EXPECT_EQ(partPath(destination), part);
+}
+
+TEST(PartFileTest, WhatAnotherPutInItsPlaceIsNotTakenForTheCopy) {
+    const QTemporaryDir folder;
+    const QByteArray destination = folder.filePath("file").toLocal8Bit();
+    auto part = PartFile::create(destination);
+    ASSERT_TRUE(part);
+    EXPECT_EQ(PartFile::create(destination).error().code, EBUSY);
+    ASSERT_TRUE(QFile::rename(QString::fromLocal8Bit(partPath(destination)), folder.filePath("x")));
+    QFile other(QString::fromLocal8Bit(partPath(destination)));
+    ASSERT_TRUE(other.open(QFile::WriteOnly));
+    EXPECT_EQ(part->replaceDestination().error().code, ESTALE);
+    EXPECT_FALSE(QFile::exists(folder.filePath("file")));
 }
 
 } // namespace

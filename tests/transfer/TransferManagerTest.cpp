@@ -5,6 +5,8 @@
 #include "files/RecentFilesTracker.h"
 #include "platform/UserDefaults.h"
 #include "support/WaitUntil.h"
+#include "transfer/FileCalls.h"
+#include "transfer/PartFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -51,6 +53,9 @@ protected:
         return file.open(QFile::ReadOnly) ? std::optional(file.readAll()) : std::nullopt;
     }
 
+    static QString part(const QString& destination) {
+        return QString::fromLocal8Bit(partPath(destination.toLocal8Bit()));
+    }
     void download(const QString& name) {
         manager.enqueueDownload(QUrl::fromLocalFile(share(name)), QUrl::fromLocalFile(local("")));
     }
@@ -63,6 +68,13 @@ protected:
             scheduler.advance(100ms);
             return condition();
         }));
+    }
+    /// Until the workers have ended, with what the main thread hands them when their result comes.
+    static void endWorkers() {
+        for (int turn = 0; turn < 3; ++turn) {
+            ASSERT_TRUE(workerPool().waitForDone(10'000));
+            QCoreApplication::processEvents();
+        }
     }
     /// Until this many tasks have arrived and nothing more happens.
     void finish(std::size_t count) {
@@ -161,7 +173,7 @@ TEST_F(TransferManagerTest, RunsOneAtATimeInOrderOfArrival) {
     EXPECT_EQ(mostRunning, 1);
 }
 
-TEST_F(TransferManagerTest, CancelsBetweenChunksAndRemovesTheDestination) {
+TEST_F(TransferManagerTest, CancelsBetweenChunksAndLeavesTheFormerFile) {
     write(local("zero"), "former");
     downloadEndless();
     for (const qint64 from : {0 * chunk, chunk, 2 * chunk}) {
@@ -173,7 +185,8 @@ TEST_F(TransferManagerTest, CancelsBetweenChunksAndRemovesTheDestination) {
         EXPECT_GE(task().bytesTransferred, from);
         EXPECT_EQ(task().bytesTransferred % chunk, 0);
         EXPECT_EQ(task().errorMessage, std::nullopt);
-        EXPECT_FALSE(QFile::exists(local("zero")));
+        EXPECT_FALSE(QFile::exists(part(local("zero"))));
+        EXPECT_EQ(read(local("zero")), "former");
     }
     EXPECT_TRUE(notifications.isEmpty());
 }
@@ -191,7 +204,7 @@ TEST_F(TransferManagerTest, PausesBetweenChunksAndGoesOnFromThere) {
             manager.resume(task().id);
         settleUntil(isPaused);
         scheduler.advance(10s);
-        EXPECT_EQ(QFileInfo(local("zero")).size(), task().bytesTransferred);
+        EXPECT_EQ(QFileInfo(part(local("zero"))).size(), task().bytesTransferred);
         EXPECT_EQ(task().bytesTransferred % chunk, 0);
         EXPECT_GE(task().bytesTransferred, former + more);
         EXPECT_EQ(history.mid(history.size() - 3), (QStringList{"pending", "running", "paused"}));
@@ -201,7 +214,7 @@ TEST_F(TransferManagerTest, PausesBetweenChunksAndGoesOnFromThere) {
     EXPECT_EQ(task().status, TransferStatus::paused);
     finish(1);
     EXPECT_EQ(task().status, TransferStatus::cancelled);
-    EXPECT_FALSE(QFile::exists(local("zero")));
+    EXPECT_FALSE(QFile::exists(part(local("zero"))));
 }
 
 TEST_F(TransferManagerTest, WhatWaitsIsCancelledAtOnceAndCannotBePaused) {
@@ -260,7 +273,7 @@ TEST_F(TransferManagerTest, AFailureKeepsWhatWasWrittenAndCanBeRetried) {
     EXPECT_TRUE(manager.tasks().empty());
 }
 
-TEST_F(TransferManagerTest, AFullDiskFailsAndKeepsThePart) {
+TEST_F(TransferManagerTest, AFullDiskFailsAndKeepsThePartUntilTheNextCopyThere) {
     const QByteArray directory = local("small").toLocal8Bit();
     QDir().mkpath(local("small"));
     if (::mount("none", directory.constData(), "tmpfs", 0, "size=2m") != 0)
@@ -270,7 +283,11 @@ TEST_F(TransferManagerTest, AFullDiskFailsAndKeepsThePart) {
     finish(1);
     EXPECT_EQ(task().status, TransferStatus::failed);
     EXPECT_EQ(task().errorMessage, "No space left on device");
-    EXPECT_GT(QFileInfo(local("small/a")).size(), 0);
+    EXPECT_GT(QFileInfo(part(local("small/a"))).size(), 0);
+    write(share("b"), "small");
+    manager.enqueueDownload(QUrl::fromLocalFile(share("b")), QUrl::fromLocalFile(local("small")));
+    finish(2);
+    EXPECT_EQ(QDir(local("small")).entryList(QDir::Files | QDir::Hidden), QStringList{"b"});
     EXPECT_EQ(::umount2(directory.constData(), MNT_DETACH), 0);
 }
 
@@ -308,6 +325,68 @@ TEST_F(TransferManagerTest, RetryingACompletedTaskCountsItsBytesTwice) {
     EXPECT_EQ(manager.totalBytesTransferred(), 2 * chunk);
 }
 
+TEST_F(TransferManagerTest, BytesThatAreNotStoredAreAFailureAndTheFormerFileStays) {
+    write(local("a"), "new");
+    write(share("a"), "former");
+    const FileCalls calls(share("").toLocal8Bit());
+    FileCalls::failSync(ETIMEDOUT);
+    manager.enqueueUpload(QUrl::fromLocalFile(local("a")), QUrl::fromLocalFile(share("")));
+    finish(1);
+    EXPECT_EQ(task().status, TransferStatus::failed);
+    EXPECT_EQ(task().errorMessage, "Connection timed out");
+    EXPECT_EQ(read(share("a")), "former");
+    EXPECT_TRUE(notifications.isEmpty());
+    FileCalls::failSync(0);
+    manager.retry(task().id);
+    finish(1);
+    EXPECT_EQ(task().status, TransferStatus::completed);
+    EXPECT_EQ(read(share("a")), "new");
+    EXPECT_EQ(QDir(share("")).entryList(QDir::Files | QDir::Hidden), QStringList{"a"});
+    EXPECT_GE(FileCalls::synced(), 2);
+}
+
+/// A server that has gone makes each of these calls last for seconds.
+TEST_F(TransferManagerTest, NoFileIsClosedOnTheMainThreadOnAnyPath) {
+    write(share("a"), pattern(chunk));
+    const FileCalls calls(local("").toLocal8Bit());
+    download("a");
+    download("gone");
+    finish(2);
+    downloadEndless();
+    settleUntil([this] { return manager.tasks().size() == 3 && task(2).bytesTransferred > 0; });
+    manager.cancel(task(2).id);
+    finish(3);
+    for (const bool isOpen : {false, true}) {
+        auto window = std::make_unique<TransferManager>(recentFiles, scheduler, nullptr);
+        window->enqueueDownload(QUrl::fromLocalFile(endless), QUrl::fromLocalFile(local("")));
+        settleUntil([&] {
+            const auto& tasks = window->tasks();
+            return !tasks.empty() && (isOpen ? tasks.front().bytesTransferred > 0
+                                             : tasks.front().status == TransferStatus::running);
+        });
+        window.reset();
+        endWorkers();
+    }
+    EXPECT_EQ(FileCalls::onMainThread(), 0);
+}
+
+/// The window closes while the worker still opens the files.
+TEST_F(TransferManagerTest, AQueueThatGoesAwayAtOnceLeavesTheFormerFile) {
+    write(local("zero"), "former");
+    for (int round = 0; round < 8; ++round) {
+        auto window = std::make_unique<TransferManager>(recentFiles, scheduler, nullptr);
+        window->enqueueDownload(QUrl::fromLocalFile(endless), QUrl::fromLocalFile(local("")));
+        settleUntil([&] {
+            return !window->tasks().empty() &&
+                   window->tasks().front().status == TransferStatus::running;
+        });
+        window.reset();
+        endWorkers();
+        EXPECT_EQ(read(local("zero")), "former");
+        EXPECT_EQ(QDir(local("")).entryList(QDir::Files | QDir::Hidden), QStringList{"zero"});
+    }
+}
+
 TEST_F(TransferManagerTest, AQueueThatGoesAwayEndsItsCopyAndLeavesNoPart) {
     auto window = std::make_unique<TransferManager>(recentFiles, scheduler, nullptr);
     window->enqueueDownload(QUrl::fromLocalFile(endless), QUrl::fromLocalFile(local("")));
@@ -315,7 +394,8 @@ TEST_F(TransferManagerTest, AQueueThatGoesAwayEndsItsCopyAndLeavesNoPart) {
         return !window->tasks().empty() && window->tasks().front().bytesTransferred >= chunk;
     });
     window.reset();
-    settleUntil([this] { return !QFile::exists(local("zero")); });
+    settleUntil([this] { return !QFile::exists(part(local("zero"))); });
+    EXPECT_FALSE(QFile::exists(local("zero")));
     EXPECT_TRUE(workerPool().waitForDone(10'000)) << "it is copied on";
 }
 
