@@ -12,6 +12,8 @@ target_compile_options(harbrix_flags INTERFACE
 # rules the later one is tried first. Tests find their samples by the full path.
 target_compile_options(harbrix_flags INTERFACE $<$<NOT:$<BOOL:$<TARGET_PROPERTY:HARBRIX_IS_TEST>>>:
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${PROJECT_BINARY_DIR}=.>)
+# A program shares the precompiled header of the libraries, which has to be compiled the same way (g++ 14 minds).
+target_compile_options(harbrix_flags INTERFACE $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:-fPIC>)
 target_compile_definitions(harbrix_flags INTERFACE
   HARBRIX_VERSION="${PROJECT_VERSION}"
   # What later versions of Qt deprecate has no successor in 6.4 yet.
