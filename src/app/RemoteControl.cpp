@@ -180,6 +180,7 @@ Task<RemoteControl::Answer> RemoteControl::edit(QString share, QString settings,
     const auto edited = applySettings(draftOf(*present), *parsed, password);
     const NASConfig config = buildConfig(*edited, *present);
     m_services.store.update(config);
+    m_services.strategy.launch(m_services.strategy.retryCorrected(config.id));
     QJsonObject answer = describeNow(config);
     answer.insert("passwordStored", isStored);
     co_return jsonText(answer);

@@ -74,6 +74,12 @@ Task<RemoteControl::Answer> RemoteControl::importRecords(QByteArray records, boo
     const auto done = co_await importing;
     if (!done)
         co_return std::unexpected(done.error());
+    const QJsonArray updated = done->value(QLatin1String("updated")).toArray();
+    for (const QJsonValue& record : updated) {
+        const auto id = parseUuid(record.toObject().value(QLatin1String("id")).toString());
+        if (!isTrial && id)
+            m_services.strategy.launch(m_services.strategy.retryCorrected(*id));
+    }
     co_return jsonText(QJsonDocument(*done));
 }
 

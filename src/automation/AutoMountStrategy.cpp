@@ -33,7 +33,7 @@ AutoMountStrategy::AutoMountStrategy(MountOperations& engine, NASConfigStore& st
 AutoMountStrategy::~AutoMountStrategy() = default;
 
 void AutoMountStrategy::start() {
-    observeDeletions();
+    observeRecords();
     subscribeToNetwork();
     observeSleep();
     startHealthCheckTimer();

@@ -10,6 +10,7 @@
 #include <array>
 #include <list>
 #include <map>
+#include <set>
 
 namespace harbrix {
 
@@ -54,8 +55,13 @@ public:
     /// switched that off, mounts all shares two seconds later. Once.
     void start();
 
-    /// Mounts the share whatever its binding says. Ends at once for an unknown id.
+    /// Mounts the share by hand: whatever its binding says, and also one that is not mounted
+    /// automatically. Ends at once for an unknown id.
     Task<void> mount(QUuid id);
+    /// The mount that follows a saved form, as long as the record is enabled.
+    Task<void> mountSaved(QUuid id);
+    /// Tries a failed share again, since its record has been corrected; ends at once for others.
+    Task<void> retryCorrected(QUuid id);
     Task<void> unmount(QUuid id);
     /// All enabled shares whose binding matches, side by side.
     Task<void> mountAll();
@@ -103,7 +109,9 @@ private:
     Task<void> performMount(NASConfig config);
     Task<void> performUnmount(NASConfig config);
     Task<void> unmountAfterCancel(NASConfig config);
-    void scheduleDelayedMount(const NASConfig& config);
+    /// Ends a mount whose record was removed while it was under way.
+    Task<void> unmountDeleted(QUrl mountPoint);
+    void scheduleDelayedMount(const QUuid& id);
 
     // NetworkHandling.cpp
     void subscribeToNetwork();
@@ -114,11 +122,16 @@ private:
     [[nodiscard]] bool mayMount(const NASConfig& config) const;
 
     // Retry.cpp
-    void observeDeletions();
-    void scheduleRetry(const NASConfig& config);
-    void armRetryTimer(const NASConfig& config, Seconds delay);
-    void fireRetry(const NASConfig& config);
+    void observeRecords();
+    /// Drops what waits for its delay on behalf of shares without a record.
+    void forgetDeleted();
+    void scheduleRetry(const QUuid& id);
+    void armRetryTimer(const QUuid& id, Seconds delay);
+    void fireRetry(const QUuid& id);
+    /// Ends the armed retry; the count of failures stays.
+    void disarmRetry(const QUuid& id);
     void cancelRetry(const QUuid& id);
+    void cancelDelayedMounts(const QUuid& id);
     void cancelAllRetries();
 
     // SleepAndWake.cpp
@@ -150,6 +163,7 @@ private:
 
     std::map<QUuid, Retry> m_retries;
     std::map<QUuid, int> m_retryCounts;
+    std::set<QUuid> m_mountedByHand; ///< the user asked for these, and has not unmounted them since
     std::list<Pending> m_pending;
     Timer m_debounce;
     Timer m_healthCheck;

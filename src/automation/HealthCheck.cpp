@@ -59,7 +59,7 @@ Task<void> AutoMountStrategy::checkVolume(NASConfig config) {
         co_return;
     m_appState.updateStatus(config.id, MountState::Kind::offline);
     if (mayMount(config))
-        scheduleDelayedMount(config);
+        scheduleDelayedMount(config.id);
 }
 
 } // namespace harbrix

@@ -29,6 +29,10 @@ Task<void> AutoMountStrategy::handleNetworkChange() {
         co_return;
     }
     for (const NASConfig& config : configs) {
+        // A look at a slow share takes a while. Without a network nothing is unmounted; the change
+        // that took it away comes to its own debounce.
+        if (!m_network.isConnected())
+            co_return;
         if (!isStillWanted(config.id))
             continue;
         if (m_network.matchesBinding(config)) {
@@ -46,7 +50,7 @@ Task<void> AutoMountStrategy::handleMatchingShare(NASConfig config) {
         auto check = checkVolume(config);
         co_await check;
     } else {
-        scheduleDelayedMount(config);
+        scheduleDelayedMount(config.id);
     }
 }
 

@@ -3,41 +3,61 @@
 
 namespace harbrix {
 
-void AutoMountStrategy::observeDeletions() {
-    // What waits for its delay goes with the record; a flow that runs already comes to its end.
-    connect(&m_store, &NASConfigStore::changed, this, [this] {
-        const auto isDeleted = [this](const QUuid& id) { return !m_store.config(id); };
-        std::erase_if(m_retries, [&](const auto& entry) { return isDeleted(entry.first); });
-        std::erase_if(m_retryCounts, [&](const auto& entry) { return isDeleted(entry.first); });
-        m_pending.remove_if([&](const Pending& pending) {
-            return !pending.share.isNull() && isDeleted(pending.share);
-        });
-        emit pendingChanged();
-    });
+void AutoMountStrategy::observeRecords() {
+    connect(&m_store, &NASConfigStore::changed, this, &AutoMountStrategy::forgetDeleted);
+    connect(&m_store, &NASConfigStore::edited, this,
+            [this](const NASConfig& before, const NASConfig& after) {
+                const bool isSwitchedOff = before.isEnabled && !after.isEnabled;
+                if (!isSwitchedOff || m_mountedByHand.contains(after.id))
+                    return;
+                cancelRetry(after.id);
+                cancelDelayedMounts(after.id);
+            });
 }
 
-void AutoMountStrategy::scheduleRetry(const NASConfig& config) {
-    const int count = retryCount(config.id);
+void AutoMountStrategy::forgetDeleted() {
+    const auto isDeleted = [this](const QUuid& id) { return !m_store.config(id); };
+    std::erase_if(m_retries, [&](const auto& entry) { return isDeleted(entry.first); });
+    std::erase_if(m_retryCounts, [&](const auto& entry) { return isDeleted(entry.first); });
+    std::erase_if(m_mountedByHand, isDeleted);
+    m_pending.remove_if([&](const Pending& pending) {
+        return !pending.share.isNull() && isDeleted(pending.share);
+    });
+    emit pendingChanged();
+}
+
+void AutoMountStrategy::scheduleRetry(const QUuid& id) {
+    const int count = retryCount(id);
     const Seconds delay =
         retryIntervals.at(std::min<std::size_t>(count, retryIntervals.size() - 1));
-    m_retryCounts[config.id] = count + 1;
-    dispatch([this, config, delay] { armRetryTimer(config, delay); });
+    m_retryCounts[id] = count + 1;
+    dispatch([this, id, delay] { armRetryTimer(id, delay); });
 }
 
-void AutoMountStrategy::armRetryTimer(const NASConfig& config, Seconds delay) {
+void AutoMountStrategy::armRetryTimer(const QUuid& id, Seconds delay) {
+    if (!m_store.config(id))
+        return;
     Retry retry;
     retry.due = m_scheduler.now() + toDuration(delay);
-    retry.timer = m_scheduler.after(delay, [this, config] { fireRetry(config); });
-    m_retries[config.id] = std::move(retry);
+    retry.timer = m_scheduler.after(delay, [this, id] { fireRetry(id); });
+    m_retries[id] = std::move(retry);
     emit pendingChanged();
 }
 
-void AutoMountStrategy::fireRetry(const NASConfig& config) {
-    m_retries.erase(config.id);
+void AutoMountStrategy::fireRetry(const QUuid& id) {
+    m_retries.erase(id);
     emit pendingChanged();
     // Elsewhere the chain ends here; the next change of the network begins a new one.
-    if (mayMount(config))
-        launch(performMount(config));
+    const auto config = m_store.config(id);
+    if (config && mayMount(*config))
+        launch(performMount(*config));
+}
+
+void AutoMountStrategy::disarmRetry(const QUuid& id) {
+    dispatch([this, id] {
+        if (m_retries.erase(id) > 0)
+            emit pendingChanged();
+    });
 }
 
 void AutoMountStrategy::cancelRetry(const QUuid& id) {

@@ -37,8 +37,8 @@ Task<void> ShareSaver::saveAll() {
             m_store.update(config);
         else
             m_store.add(config);
-        if (config.isEnabled)
-            m_strategy.launch(m_strategy.mount(config.id));
+        m_strategy.launch(config.isEnabled ? m_strategy.mountSaved(config.id)
+                                           : m_strategy.retryCorrected(config.id));
         m_requests.pop_front();
     }
 }

@@ -53,10 +53,11 @@ void NASConfigStore::update(const NASConfig& config) {
                            uuidText(config.id));
         return;
     }
-    *found = config;
+    const NASConfig before = std::exchange(*found, config);
     save();
     m_logger.write(SystemLog::Type::Info,
                    QStringLiteral("Updated NAS config: ") + nameAndId(config));
+    emit edited(before, config);
     emit changed();
 }
 

@@ -37,6 +37,8 @@ public:
     [[nodiscard]] Completion<std::monostate> whenIdle();
 
 signals:
+    /// A record was replaced; changed() follows.
+    void edited(const harbrix::NASConfig& before, const harbrix::NASConfig& after);
     /// The list has changed and is saved.
     void changed();
 

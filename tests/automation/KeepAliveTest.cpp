@@ -177,6 +177,20 @@ TEST_F(KeepAliveTest, AnUnmountDuringASlowLookIsNotOverruled) {
     EXPECT_EQ(automation.engine.countOf(Verb::MountSMB), 1);
 }
 
+TEST_F(KeepAliveTest, AMountThatSucceedsEndsTheRetryOfItsShare) {
+    const NASConfig config = automation.add("media");
+    automation.goOnline();
+    failAllMounts();
+    automation.mount(config);
+    automation.scheduler.settle();
+    automation.engine.planMount = [](const NASConfig&) { return ScriptedMountOperations::Plan{}; };
+    automation.mount(config);
+    automation.scheduler.settle();
+    EXPECT_EQ(automation.strategy.pendingRetries(), 0U);
+    automation.scheduler.advance(400s);
+    EXPECT_EQ(automation.engine.calls.size(), 2U);
+}
+
 TEST_F(KeepAliveTest, ARetryGoesWithItsRecord) {
     const NASConfig config = automation.add("media");
     automation.strategy.start();

@@ -160,5 +160,58 @@ TEST_F(MountFlowsTest, WithoutSharesMountAllEndsAtOnce) {
     EXPECT_TRUE(ended);
 }
 
+TEST_F(MountFlowsTest, ADeletedRecordIsNeitherRetriedNorLeftMounted) {
+    struct Row {
+        std::optional<HarbrixError> error;
+        bool hasTwin; ///< another record has the same mount point
+        int unmounts;
+    };
+    for (const Row& row :
+         std::vector<Row>{{refused, false, 0}, {std::nullopt, false, 1}, {std::nullopt, true, 0}}) {
+        Automation machine(directory.filePath("deleted.json"));
+        const NASConfig config = machine.add("media");
+        machine.goOnline();
+        machine.engine.planMount = [&](const NASConfig&) { return Plan{5s, row.error}; };
+        machine.mount(config);
+        if (row.hasTwin)
+            machine.add("media");
+        machine.store.remove(config.id);
+        machine.scheduler.advance(60s);
+        EXPECT_EQ(machine.engine.countOf(Verb::MountSMB), 1);
+        EXPECT_EQ(machine.engine.countOf(Verb::Unmount), row.unmounts);
+        EXPECT_FALSE(machine.appState.status(config.id)) << "a status without a record";
+        EXPECT_TRUE(machine.notifier.told.isEmpty());
+        for (const NASConfig& left : machine.store.configs())
+            machine.store.remove(left.id);
+    }
+}
+
+TEST_F(MountFlowsTest, ACorrectedRecordIsTriedAtOnceWhereItsMountHasFailed) {
+    struct Row {
+        bool hasFailed;
+        bool isEnabled;
+        bool isByHand;
+        std::size_t attempts;
+    };
+    for (const Row& row : std::vector<Row>{{true, true, false, 1},
+                                           {true, false, true, 1},
+                                           {true, false, false, 0},
+                                           {false, true, false, 0}}) {
+        Automation machine(directory.filePath("corrected.json"));
+        NASConfig config = machine.add("media", "10.0.0.0/8");
+        if (row.isByHand)
+            machine.mount(config);
+        machine.appState.updateStatus(config.id, row.hasFailed ? MountState::failed(refused)
+                                                               : MountState(Kind::offline));
+        machine.engine.calls.clear();
+        config.isEnabled = row.isEnabled;
+        config.address = "192.0.2.11";
+        machine.store.update(config);
+        machine.strategy.launch(machine.strategy.retryCorrected(config.id));
+        EXPECT_EQ(machine.engine.calls.size(), row.attempts);
+        machine.store.remove(config.id);
+    }
+}
+
 } // namespace
 } // namespace harbrix

@@ -152,5 +152,64 @@ TEST_F(NetworkHandlingTest, ADelayedMountGoesWithItsRecord) {
     EXPECT_TRUE(automation.appState.nasStatuses().isEmpty());
 }
 
+TEST_F(NetworkHandlingTest, WhatIsEditedWhileItWaitsIsMountedAsStored) {
+    startQuietly();
+    NASConfig config = automation.add("");
+    automation.goOnline();
+    automation.scheduler.advance(2s);
+    config.name = "media";
+    automation.store.update(config);
+    EXPECT_EQ(automation.strategy.timeUntilDelayedMount(config.id), 5s);
+    failAllMounts();
+    automation.scheduler.advance(5s);
+    config.name = "films";
+    automation.store.update(config);
+    automation.engine.planMount = [](const NASConfig&) { return ScriptedMountOperations::Plan{}; };
+    automation.scheduler.advance(10s);
+    QStringList paths;
+    for (const auto& call : automation.engine.calls)
+        paths << call.path;
+    EXPECT_EQ(paths,
+              (QStringList{"/home/ann/HarbrixVolumes/media", "/home/ann/HarbrixVolumes/films"}));
+    EXPECT_EQ(mountTimes(), (std::vector<double>{7.0, 17.0}));
+}
+
+TEST_F(NetworkHandlingTest, SwitchingAShareOffEndsWhatWaitsForItUnlessTheUserMountedIt) {
+    startQuietly();
+    failAllMounts();
+    NASConfig delayed = automation.add("a");
+    automation.goOnline();
+    automation.scheduler.advance(2s);
+    NASConfig retried = automation.add("b");
+    NASConfig byHand = automation.add("c");
+    automation.strategy.launch(automation.strategy.mountSaved(retried.id));
+    automation.mount(byHand);
+    automation.scheduler.settle();
+    for (NASConfig* config : {&delayed, &retried, &byHand}) {
+        config->isEnabled = false;
+        automation.store.update(*config);
+    }
+    automation.scheduler.settle();
+    EXPECT_FALSE(automation.strategy.timeUntilDelayedMount(delayed.id));
+    EXPECT_FALSE(automation.strategy.timeUntilRetry(retried.id));
+    EXPECT_TRUE(automation.strategy.timeUntilRetry(byHand.id));
+}
+
+TEST_F(NetworkHandlingTest, LosingTheNetworkDuringTheWalkUnmountsNothing) {
+    startQuietly();
+    std::vector<NASConfig> shares;
+    for (const QString name : {"a", "b", "c"})
+        shares.push_back(automation.add(name));
+    automation.goOnline();
+    automation.scheduler.advance(8s);
+    automation.engine.planLook = [](const QString&) { return 10s; };
+    automation.goOnline();
+    automation.scheduler.advance(3s);
+    automation.goOffline();
+    automation.scheduler.advance(60s);
+    EXPECT_EQ(automation.engine.countOf(Verb::Unmount), 0);
+    EXPECT_EQ(automation.engine.volumes.size(), shares.size());
+}
+
 } // namespace
 } // namespace harbrix

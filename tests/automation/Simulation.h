@@ -38,6 +38,7 @@ private:
     struct Share {
         QString path;
         bool isRebound = false; ///< its binding was edited
+        bool wasDeleted = false;
         int mounting = 0;       ///< mounts that have begun and not ended
         std::size_t mounts = 0; ///< mounts that have begun
         int failures = 0;       ///< within the present step

@@ -112,6 +112,8 @@ TEST_F(SettingsTest, TabsAreTabsToAScreenReaderAndMoveWithTheKeys) {
     EXPECT_TRUE(first.hasFocus());
     EXPECT_TRUE(find<QWidget>("HarbrixSelectedLanguage").isVisible());
     for (const QWidget* control : scenes.window("settings")->findChildren<QWidget*>()) {
+        if (control->inherits("QAbstractItemView")) // the list of a combo box, which has the name
+            continue;
         const bool takesKeys = control->focusPolicy() != Qt::NoFocus && !control->focusProxy();
         const auto* button = qobject_cast<const QAbstractButton*>(control);
         const QString name =
