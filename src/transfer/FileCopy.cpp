@@ -84,10 +84,7 @@ Result<void, SystemError> FileCopy::sync() {
 }
 
 Result<void, SystemError> FileCopy::finish() {
-    auto replaced = m_to.replaceDestination();
-    if (!replaced)
-        m_to.keep();
-    return replaced;
+    return m_to.replaceDestination();
 }
 
 void FileCopy::close() {

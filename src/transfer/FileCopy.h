@@ -27,7 +27,7 @@ public:
                                                 const std::function<bool(qint64 copied)>& goesOn);
     /// Waits until what was written is stored; may take as long as the file system holds data back.
     [[nodiscard]] Result<void, SystemError> sync();
-    /// Puts the copy in the place of the destination.
+    /// Puts the copy in the place of the destination. Where that fails, the part file is not kept.
     [[nodiscard]] Result<void, SystemError> finish();
     /// Closes both files, and removes the part file where that is due.
     void close();

@@ -5,6 +5,7 @@
 #include <QSet>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -63,6 +64,16 @@ private:
     QSet<QByteArray> m_swept;
 };
 
+/// Removes a part file, unless a process of this machine writes to it: each holds a lock on its
+/// own, which ends with it.
+void removeAbandoned(int directory, const QByteArray& name) {
+    const UniqueDescriptor file(
+        ::openat(directory, name.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (file && ::flock(file.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
+        return;
+    ::unlinkat(directory, name.constData(), 0);
+}
+
 /// Removes the user's part files to which nobody writes any more. Failures are ignored: another
 /// copy into the directory tries again.
 void sweep(const QByteArray& directory) {
@@ -80,8 +91,12 @@ void sweep(const QByteArray& directory) {
         if (!LiveParts::instance().isLive(directory + name) &&
             ::fstatat(::dirfd(stream.get()), name.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
             S_ISREG(status.st_mode) && status.st_uid == ::geteuid())
-            ::unlinkat(::dirfd(stream.get()), name.constData(), 0);
+            removeAbandoned(::dirfd(stream.get()), name);
     }
+}
+
+std::unexpected<SystemError> beingCopied() {
+    return std::unexpected(SystemError{EBUSY, QStringLiteral("The file is being copied already")});
 }
 
 } // namespace
@@ -104,18 +119,20 @@ Result<PartFile, SystemError> PartFile::create(QByteArray destination) {
     QByteArray path = partPath(destination);
     LiveParts& live = LiveParts::instance();
     if (!live.begin(path))
-        return std::unexpected(
-            SystemError{EBUSY, QStringLiteral("The file is being copied already")});
+        return beingCopied();
     if (live.needsSweep(directoryOf(path)))
         sweep(directoryOf(path));
-    ::unlink(path.constData()); // of a copy to this destination that has failed
+    // A copy to this destination that has failed may have left one.
+    removeAbandoned(AT_FDCWD, path);
     UniqueDescriptor file(
         ::open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
     if (!file) {
-        auto error = lastError();
+        const int error = errno;
         live.end(path, false);
-        return error;
+        return error == EEXIST ? beingCopied() : std::unexpected(systemError(error));
     }
+    // Where locks are not known, other processes cannot tell; copies of this one can.
+    (void) ::flock(file.get(), LOCK_EX | LOCK_NB);
     return PartFile(std::move(file), std::move(path), std::move(destination));
 }
 

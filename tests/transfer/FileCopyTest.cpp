@@ -1,8 +1,11 @@
 #include "transfer/FileCopy.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+
+#include <sys/file.h>
 
 namespace harbrix {
 namespace {
@@ -69,6 +72,32 @@ TEST(PartFileTest, WhatAnotherPutInItsPlaceIsNotTakenForTheCopy) {
     ASSERT_TRUE(other.open(QFile::WriteOnly));
     EXPECT_EQ(part->replaceDestination().error().code, ESTALE);
     EXPECT_FALSE(QFile::exists(folder.filePath("file")));
+}
+
+/// A second instance, or one on a display of its own, copies into the same folder.
+TEST(PartFileTest, WhatAnotherProcessWritesStaysAndWhatACrashLeftGoes) {
+    for (const bool isWritten : {true, false}) {
+        const QTemporaryDir folder;
+        const QString left = folder.filePath(".other.harbrix-part");
+        QFile other(left);
+        ASSERT_TRUE(other.open(QFile::WriteOnly));
+        ASSERT_EQ(::flock(other.handle(), isWritten ? LOCK_EX : LOCK_UN), 0);
+        EXPECT_TRUE(PartFile::create(folder.filePath("file").toLocal8Bit()));
+        EXPECT_EQ(QFile::exists(left), isWritten);
+        const auto same = PartFile::create(folder.filePath("other").toLocal8Bit());
+        EXPECT_EQ(same ? 0 : same.error().code, isWritten ? EBUSY : 0);
+    }
+}
+
+TEST(FileCopyTest, ACopyThatCannotTakeItsPlaceIsNotLeftBesideIt) {
+    const QTemporaryDir folder;
+    const QByteArray destination = folder.filePath("copy").toLocal8Bit();
+    const auto copy = FileCopy::open("/dev/null", destination);
+    ASSERT_TRUE(copy);
+    ASSERT_TRUE(QDir(folder.path()).mkdir("copy"));
+    EXPECT_EQ((*copy)->finish().error().code, EISDIR);
+    (*copy)->close();
+    EXPECT_FALSE(QFile::exists(QString::fromLocal8Bit(partPath(destination))));
 }
 
 } // namespace
