@@ -28,6 +28,15 @@ QUrl CacheManager::cacheDirectory() const {
     return QUrl::fromLocalFile(QFileInfo(location).absoluteFilePath());
 }
 
+OwnFolders CacheManager::ownFolders() const {
+    if (cacheDirectory() == m_defaultCacheDirectory)
+        return std::nullopt;
+    QSet<QString> folders;
+    for (const auto& record : m_index.snapshot())
+        folders.insert(cacheFolderName(record->entry.configID));
+    return folders;
+}
+
 qint64 CacheManager::effectiveMaxSize() const {
     return m_defaults.integer(maxCacheSizeKey).value_or(defaultMaxSize);
 }
@@ -91,6 +100,7 @@ Task<void> CacheManager::evict(qint64 requiredSpace) {
     const auto victims = m_index.oldest(excess);
     if (victims.empty())
         co_return;
+    const OwnFolders folders = ownFolders();
     auto removing = onWorker([victims] {
         for (const CacheEntry& victim : victims)
             removeCopy(victim);
@@ -101,8 +111,8 @@ Task<void> CacheManager::evict(qint64 requiredSpace) {
             LogCategory::cache);
         m_index.remove(victim.id);
     }
-    auto sweeping =
-        onWorker([path = nativePath(cacheDirectory())] { sweepEmptyDirectories(path); });
+    auto sweeping = onWorker(
+        [path = nativePath(cacheDirectory()), folders] { sweepEmptyDirectories(path, folders); });
     co_await sweeping;
     indexChanged();
     log(LogLevel::info, QStringLiteral("LRU eviction: removed %1 entries").arg(victims.size()),
@@ -132,14 +142,11 @@ Task<void> CacheManager::clearAllCache() {
     {
         auto waiting = turn();
         const auto held = co_await waiting;
-        const QUrl directory = cacheDirectory();
-        const auto ownership = directory == m_defaultCacheDirectory ? CacheOwnership::WholeDirectory
-                                                                    : CacheOwnership::OwnFilesOnly;
         // A save that is still being written would bring the directory back half way through.
         auto written = saved();
         co_await written;
-        auto clearing = onWorker([path = nativePath(directory), ownership] {
-            clearCacheDirectory(path, ownership);
+        auto clearing = onWorker([path = nativePath(cacheDirectory()), folders = ownFolders()] {
+            clearCacheDirectory(path, folders);
             (void) makeCacheDirectory(path);
         });
         co_await clearing;

@@ -93,12 +93,13 @@ private:
     Task<void> start();
     Task<void> readIndex();
     Task<std::optional<CacheEntry>> store(Offer offer);
-    Task<std::optional<CacheEntry>> enter(Offer offer, CopyOutcome outcome);
+    Task<std::optional<CacheEntry>> enter(Offer offer, CopyRequest request, CopyOutcome outcome);
     Task<CopyOutcome> copyAfterEviction(CopyRequest request, CopyOutcome outcome);
-    CacheEntry enterCopy(const Offer& offer, const CopyOutcome& outcome);
+    CacheEntry enterCopy(const Offer& offer, const CopyTarget& target, const CopyOutcome& outcome);
     [[nodiscard]] CopyRequest requestFor(const Offer& offer, const QByteArray& directory) const;
-    [[nodiscard]] CopyRequest requestFor(const Offer& offer) const;
     [[nodiscard]] qint64 roomLeft() const;
+    /// In a directory that the user has named, only what the index knows of.
+    [[nodiscard]] OwnFolders ownFolders() const;
     Task<void> evict(qint64 requiredSpace);
     Task<void> serveOffers();
     Task<void> serveSomeOffers();
@@ -125,6 +126,8 @@ private:
     std::deque<Offer> m_offers;
     QSet<std::pair<QUuid, QString>> m_offered;
     bool m_isServingOffers = false;
+    // Special files that the log has told of: each listing offers them again.
+    QSet<std::pair<QUuid, QString>> m_reportedSpecials;
 
     bool m_isSaveWanted = false;
     bool m_isSaving = false;

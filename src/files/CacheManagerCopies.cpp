@@ -36,10 +36,6 @@ Task<std::optional<CacheEntry>> CacheManager::cacheFile(QUrl sourceURL, QUuid co
     co_return entry;
 }
 
-CopyRequest CacheManager::requestFor(const Offer& offer) const {
-    return requestFor(offer, nativePath(cacheDirectory()));
-}
-
 CopyRequest CacheManager::requestFor(const Offer& offer, const QByteArray& directory) const {
     return {nativePath(offer.sourceURL),
             {directory, cacheFolderName(offer.configID).toLatin1(), offer.relativePath.toUtf8()},
@@ -57,28 +53,30 @@ qint64 CacheManager::roomLeft() const {
 Task<std::optional<CacheEntry>> CacheManager::store(Offer offer) {
     auto waiting = turn();
     const auto held = co_await waiting;
-    const std::vector<CopyRequest> requests{requestFor(offer)};
+    const std::vector<CopyRequest> requests{requestFor(offer, nativePath(cacheDirectory()))};
     setProcessing(mayCopy(requests));
     auto copying = onWorker([requests, room = roomLeft()] {
         return copyInTurn(requests, maxSingleFileSize, room, offersBudget);
     });
     const auto outcomes = co_await copying;
-    auto entering = enter(offer, outcomes.front());
+    auto entering = enter(offer, requests.front(), outcomes.front());
     auto entry = co_await entering;
     setProcessing(false);
     co_return entry;
 }
 
-/// Draws the consequence of what a worker has made of an offer.
-Task<std::optional<CacheEntry>> CacheManager::enter(Offer offer, CopyOutcome outcome) {
+/// Draws the consequence of what a worker has made of an offer. The request says where the copy is:
+/// the setting may name another directory by now.
+Task<std::optional<CacheEntry>> CacheManager::enter(Offer offer, CopyRequest request,
+                                                    CopyOutcome outcome) {
     using enum CopyOutcome::Kind;
     if (outcome.kind == NeedsRoom) {
-        auto copying = copyAfterEviction(requestFor(offer), outcome);
+        auto copying = copyAfterEviction(request, outcome);
         outcome = co_await copying;
     }
     switch (outcome.kind) {
     case Copied:
-        co_return enterCopy(offer, outcome);
+        co_return enterCopy(offer, request.target, outcome);
     case Present: {
         const CacheEntry* present = m_index.find(offer.configID, offer.relativePath);
         auto touched = m_index.touch(present->id, m_scheduler.wallClock());
@@ -97,6 +95,12 @@ Task<std::optional<CacheEntry>> CacheManager::enter(Offer offer, CopyOutcome out
                 lastPathComponent(offer.sourceURL),
             LogCategory::cache);
         co_return std::nullopt;
+    case Special:
+        if (m_reportedSpecials.contains({offer.configID, offer.relativePath}))
+            co_return std::nullopt;
+        m_reportedSpecials.insert({offer.configID, offer.relativePath});
+        outcome.error.description = QStringLiteral("Not a regular file");
+        break;
     case Unsafe:
         outcome.error.description =
             QStringLiteral("The path leads out of the cache: ") + offer.relativePath;
@@ -122,12 +126,13 @@ Task<CopyOutcome> CacheManager::copyAfterEviction(CopyRequest request, CopyOutco
     co_return outcome;
 }
 
-CacheEntry CacheManager::enterCopy(const Offer& offer, const CopyOutcome& outcome) {
+CacheEntry CacheManager::enterCopy(const Offer& offer, const CopyTarget& target,
+                                   const CopyOutcome& outcome) {
     CacheEntry entry;
     entry.id = QUuid::createUuid();
     entry.configID = offer.configID;
     entry.relativePath = offer.relativePath;
-    entry.localURL = fileUrl(requestFor(offer).target.path());
+    entry.localURL = fileUrl(target.path());
     entry.fileSize = outcome.attributes.size;
     entry.isDirectory = outcome.attributes.isDirectory;
     entry.fileName = lastPathComponent(offer.sourceURL);
@@ -180,10 +185,10 @@ Task<void> CacheManager::serveSomeOffers() {
         return copyInTurn(requests, maxSingleFileSize, room, offersBudget);
     });
     const auto outcomes = co_await copying;
-    for (const CopyOutcome& outcome : outcomes) {
+    for (std::size_t place = 0; place < outcomes.size(); ++place) {
         const Offer offer = std::move(m_offers.front());
         m_offers.pop_front();
-        auto entering = enter(offer, outcome);
+        auto entering = enter(offer, requests[place], outcomes[place]);
         co_await entering;
         m_offered.remove({offer.configID, offer.relativePath});
     }

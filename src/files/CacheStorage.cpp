@@ -5,7 +5,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QRegularExpression>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -127,6 +126,17 @@ Result<void, SystemError> copyDirectory(const QByteArray& source, int directory,
     return std::unexpected(systemError(error.value()));
 }
 
+QList<QByteArray> foldersIn(const QByteArray& cacheDirectory, const OwnFolders& wanted) {
+    const QDir directory(QFile::decodeName(cacheDirectory));
+    QList<QByteArray> paths;
+    for (const QString& name :
+         directory.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks)) {
+        if (!wanted || wanted->contains(name))
+            paths << QFile::encodeName(directory.filePath(name));
+    }
+    return paths;
+}
+
 CopyOutcome serve(const CopyRequest& request, qint64 largest, qint64 room) {
     using enum CopyOutcome::Kind;
     const auto attributes = readSourceAttributes(request.source);
@@ -137,6 +147,8 @@ CopyOutcome serve(const CopyRequest& request, qint64 largest, qint64 room) {
         outcome.kind = TooLarge;
     else if (request.isPresent)
         outcome.kind = Present;
+    else if (attributes->isSpecial)
+        outcome.kind = Special;
     else if (!request.isSafe)
         outcome.kind = Unsafe;
     else if (attributes->size > room)
@@ -170,7 +182,8 @@ std::optional<SourceAttributes> readSourceAttributes(const QByteArray& path) {
     struct stat status {};
     if (path.isEmpty() || ::stat(path.constData(), &status) != 0)
         return std::nullopt;
-    return SourceAttributes{status.st_size, S_ISDIR(status.st_mode)};
+    return SourceAttributes{status.st_size, S_ISDIR(status.st_mode),
+                            !S_ISDIR(status.st_mode) && !S_ISREG(status.st_mode)};
 }
 
 QByteArray CopyTarget::path() const {
@@ -209,26 +222,19 @@ void removeCopy(const CacheEntry& entry) {
         (void) removeTree(AT_FDCWD, nativePath(entry.localURL));
 }
 
-void sweepEmptyDirectories(const QByteArray& cacheDirectory) {
-    const QDir directory(QFile::decodeName(cacheDirectory));
-    for (const QString& name :
-         directory.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks))
+void sweepEmptyDirectories(const QByteArray& cacheDirectory, const OwnFolders& folders) {
+    for (const QByteArray& folder : foldersIn(cacheDirectory, folders))
         // rmdir(2) by itself refuses what is not empty.
-        ::rmdir(QFile::encodeName(directory.filePath(name)).constData());
+        ::rmdir(folder.constData());
 }
 
-void clearCacheDirectory(const QByteArray& cacheDirectory, CacheOwnership ownership) {
-    if (ownership == CacheOwnership::WholeDirectory) {
+void clearCacheDirectory(const QByteArray& cacheDirectory, const OwnFolders& folders) {
+    if (!folders) {
         (void) removeTree(AT_FDCWD, cacheDirectory);
         return;
     }
-    static const QRegularExpression folderName(QStringLiteral("^[0-9A-F]{8}\\z"));
-    const QDir directory(QFile::decodeName(cacheDirectory));
-    for (const QString& name :
-         directory.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks)) {
-        if (folderName.match(name).hasMatch())
-            (void) removeTree(AT_FDCWD, QFile::encodeName(directory.filePath(name)));
-    }
+    for (const QByteArray& folder : foldersIn(cacheDirectory, folders))
+        (void) removeTree(AT_FDCWD, folder);
     ::unlink((cacheDirectory + '/' + cacheIndexFileName).constData());
 }
 

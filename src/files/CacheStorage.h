@@ -2,6 +2,8 @@
 
 #include "files/CacheEntry.h"
 
+#include <QSet>
+
 #include <chrono>
 
 namespace harbrix {
@@ -13,6 +15,7 @@ constexpr auto cacheIndexFileName = "cache-index.json";
 struct SourceAttributes {
     qint64 size = 0; ///< bytes
     bool isDirectory = false;
+    bool isSpecial = false; ///< a pipe, a socket, a device
 };
 /// Symbolic links are followed. Nothing where the file cannot be looked at.
 [[nodiscard]] std::optional<SourceAttributes> readSourceAttributes(const QByteArray& path);
@@ -43,7 +46,7 @@ struct CopyRequest {
     bool isSafe = true;     ///< the target lies where it should
 };
 struct CopyOutcome {
-    enum class Kind { Unreadable, TooLarge, Present, Unsafe, NeedsRoom, Copied, Failed };
+    enum class Kind { Unreadable, TooLarge, Present, Special, Unsafe, NeedsRoom, Copied, Failed };
     Kind kind = Kind::Unreadable;
     SourceAttributes attributes;
     SystemError error; ///< if it failed
@@ -59,13 +62,13 @@ struct CopyOutcome {
 /// ownsItsCopy() does not hold.
 void removeCopy(const CacheEntry& entry);
 
-/// Removes the empty directories directly below the cache directory.
-void sweepEmptyDirectories(const QByteArray& cacheDirectory);
-
-/// What of a cache directory is the cache's own.
-enum class CacheOwnership { WholeDirectory, OwnFilesOnly };
+/// The folders directly below the cache directory that are the cache's own. Nothing where the whole
+/// directory is.
+using OwnFolders = std::optional<QSet<QString>>;
+/// Removes the empty ones.
+void sweepEmptyDirectories(const QByteArray& cacheDirectory, const OwnFolders& folders);
 /// Empties the cache directory, as far as it is the cache's own; failures are ignored.
-void clearCacheDirectory(const QByteArray& cacheDirectory, CacheOwnership ownership);
+void clearCacheDirectory(const QByteArray& cacheDirectory, const OwnFolders& folders);
 
 /// Replaces the index file by a rename, without waiting for the disk: a program that is killed
 /// leaves the old file or the new one, a power cut may leave neither.

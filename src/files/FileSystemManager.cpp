@@ -35,6 +35,11 @@ std::vector<FileItem> listFromCache(const CacheIndex::Snapshot& index, const QUu
     return listCopies(entries, names);
 }
 
+/// The name of an item in the cache. That of a file whose name is no text is shown with escapes.
+QString cachedName(const FileItem& item) {
+    return item.name.contains(u'%') ? distinctNameText(nativeName(item.url)) : item.name;
+}
+
 /// Counts what runs, also where a flow is abandoned.
 class Running {
 public:
@@ -191,7 +196,8 @@ Task<void> FileSystemManager::prefetch(Items items) {
             const FileItem& item = (*items)[place];
             if (item.isDirectory)
                 continue;
-            const QString path = directory.isEmpty() ? item.name : directory + u'/' + item.name;
+            const QString name = cachedName(item);
+            const QString path = directory.isEmpty() ? name : directory + u'/' + name;
             candidates.push_back({&item, path, m_cache.index().copiesOf(m_configID, path)});
         }
         auto dropping = onWorker([candidates, items]() mutable {
@@ -227,13 +233,14 @@ Task<void> FileSystemManager::refreshByTimer() {
 }
 
 QString FileSystemManager::relativePath(const QUrl& url) const {
-    const QString path = pathText(url);
-    if (!path.startsWith(m_mountPath))
+    const QByteArray path = nativePath(url);
+    const QByteArray mountPath = nativePath(m_mountPoint);
+    if (!path.startsWith(mountPath))
         return {};
-    QString rest = path.mid(m_mountPath.size());
-    if (rest.startsWith(u'/'))
+    QByteArray rest = path.mid(mountPath.size());
+    if (rest.startsWith('/'))
         rest.remove(0, 1);
-    return rest;
+    return distinctNameText(rest);
 }
 
 } // namespace harbrix

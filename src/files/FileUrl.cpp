@@ -6,6 +6,31 @@
 
 namespace harbrix {
 
+namespace {
+
+/// Every byte that cannot be part of a text is escaped by itself; the rest stays readable.
+QString escapedText(const QByteArray& name, QChar mark) {
+    if (const auto text = decodeUtf8(name))
+        return *text;
+    QString shown;
+    for (qsizetype start = 0; start < name.size();) {
+        qsizetype length = std::min<qsizetype>(4, name.size() - start);
+        std::optional<QString> character;
+        for (; length > 0 && !character; --length)
+            character = decodeUtf8(QByteArrayView(name).sliced(start, length));
+        if (character) {
+            shown += *character;
+            start += length + 1;
+        } else {
+            shown += mark + QLatin1String(name.mid(start, 1).toHex().toUpper());
+            ++start;
+        }
+    }
+    return shown;
+}
+
+} // namespace
+
 QByteArray nativePath(const QUrl& url) {
     if (!url.isLocalFile() || !(url.host().isEmpty() || url.host() == QLatin1String("localhost")))
         return {};
@@ -17,24 +42,11 @@ QByteArray nativePath(const QUrl& url) {
 }
 
 QString nameText(const QByteArray& name) {
-    if (const auto text = decodeUtf8(name))
-        return *text;
-    // Every byte that cannot be part of a text is escaped by itself; the rest stays readable.
-    QString shown;
-    for (qsizetype start = 0; start < name.size();) {
-        qsizetype length = std::min<qsizetype>(4, name.size() - start);
-        std::optional<QString> character;
-        for (; length > 0 && !character; --length)
-            character = decodeUtf8(QByteArrayView(name).sliced(start, length));
-        if (character) {
-            shown += *character;
-            start += length + 1;
-        } else {
-            shown += QLatin1String("%" + name.mid(start, 1).toHex().toUpper());
-            ++start;
-        }
-    }
-    return shown;
+    return escapedText(name, u'%');
+}
+
+QString distinctNameText(const QByteArray& name) {
+    return escapedText(name, QChar::ReplacementCharacter);
 }
 
 QString pathText(const QUrl& url) {

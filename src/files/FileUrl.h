@@ -27,6 +27,9 @@ namespace harbrix {
 
 /// The text form of a name or a path.
 [[nodiscard]] QString nameText(const QByteArray& name);
+/// The same for what has to be told from other names: "caf\xe9" and a file whose name really is
+/// "caf%E9" read differently, as the escapes begin with the replacement character U+FFFD.
+[[nodiscard]] QString distinctNameText(const QByteArray& name);
 
 /// A name cut at its last dot. A dot in front or at the end makes no extension.
 struct SplitName {

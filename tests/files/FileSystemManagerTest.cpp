@@ -168,6 +168,23 @@ TEST_F(FileSystemManagerTest, WalksUpToTheMountPoint) {
     EXPECT_TRUE(manager->isAtRoot());
 }
 
+/// One is a name that is no UTF-8, the other a text that looks like how the first one is shown.
+TEST_F(FileSystemManagerTest, NamesThatReadAlikeHaveCopiesOfTheirOwn) {
+    write(sharePath("caf%E9"), "text");
+    write(sharePath("plain"), "bytes");
+    const QByteArray bytes = nativePath(childUrl(shareUrl(""), "caf\xe9"));
+    ASSERT_EQ(::rename(sharePath("plain").toLocal8Bit().constData(), bytes.constData()), 0);
+    const auto manager = makeManager();
+    run(manager->refresh());
+    settlePrefetch(2);
+    QStringList contents;
+    for (const auto& record : cache->entries())
+        contents << QString::fromLatin1(*read(pathText(record->entry.localURL)));
+    contents.sort();
+    EXPECT_EQ(contents, (QStringList{"bytes", "text"}));
+    ::unlink(bytes.constData()); // QTemporaryDir cannot name it
+}
+
 TEST_F(FileSystemManagerTest, TellsPathsBelowTheMountPoint) {
     const auto manager = makeManager();
     const QString share = sharePath("");
