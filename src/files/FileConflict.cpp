@@ -39,7 +39,8 @@ DropPlan planDrop(const QList<QUrl>& dropped, const QUrl& directory) {
             continue;
         const QUrl destination = childUrl(directory, nativeName(source));
         if (itemExists(nativePath(destination)))
-            plan.conflict = FileConflict{QUuid::createUuid(), source, destination};
+            plan.conflict =
+                FileConflict{QUuid::createUuid(), source, destination, isDirectory(destination)};
         else
             plan.uploads.append(source);
     }

@@ -14,11 +14,13 @@ namespace harbrix {
 enum class ConflictResolution { overwrite, rename, skip };
 [[nodiscard]] QString rawValue(ConflictResolution resolution);
 
-/// A dropped file whose name is taken in the directory on screen.
+/// A dropped file whose name is taken in the directory on screen, by a file or by a folder, which
+/// cannot be overwritten.
 struct FileConflict {
     QUuid id;
     QUrl source;
-    QUrl destination; ///< the existing file
+    QUrl destination; ///< what has the name
+    bool isFolderInTheWay = false;
 
     bool operator==(const FileConflict&) const = default;
 };
@@ -38,8 +40,8 @@ struct DropPlan {
 /// workers only.
 [[nodiscard]] QByteArray freeName(const QUrl& directory, const QByteArray& name);
 
-/// Renames the existing file of a conflict to a free name of the directory, for the new one to take
-/// its place. Never replaces a file. Blocks: workers only.
+/// Renames the existing file or folder of a conflict to a free name of the directory, for the new
+/// one to take its place. Never replaces a file. Blocks: workers only.
 Result<void, SystemError> moveAside(const FileConflict& conflict, const QUrl& directory);
 
 } // namespace harbrix

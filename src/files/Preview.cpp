@@ -36,6 +36,14 @@ qint64 bytesWanted(PreviewKind kind, qint64 size) {
     return 0;
 }
 
+QString decoded(const QByteArray& bytes) {
+    // A character that the limit has cut in two has at most three bytes left.
+    for (qsizetype cut = 0; cut <= std::min<qsizetype>(3, bytes.size()); ++cut)
+        if (const auto text = decodeUtf8(bytes.chopped(cut)))
+            return *text;
+    return QString::fromLatin1(bytes);
+}
+
 } // namespace
 
 PreviewKind previewKind(const QString& mimeType, qint64 size) {
@@ -71,11 +79,20 @@ PreviewedFile readForPreview(const QUrl& url) {
 }
 
 QString previewText(const QByteArray& bytes) {
-    // A character that the limit has cut in two has at most three bytes left.
-    for (qsizetype cut = 0; cut <= std::min<qsizetype>(3, bytes.size()); ++cut)
-        if (const auto text = decodeUtf8(bytes.chopped(cut)))
-            return *text;
-    return QString::fromLatin1(bytes);
+    const QString text = decoded(bytes);
+    QString shown;
+    shown.reserve(text.size() + text.size() / longestPreviewedLine);
+    qsizetype length = 0;
+    for (const QChar character : text) {
+        // Not between the two halves of one character.
+        if (length >= longestPreviewedLine && character != u'\n' && !character.isLowSurrogate()) {
+            shown += u'\n';
+            length = 0;
+        }
+        length = character == u'\n' ? 0 : length + 1;
+        shown += character;
+    }
+    return shown;
 }
 
 } // namespace harbrix

@@ -26,6 +26,8 @@ struct PreviewedFile {
 constexpr qint64 maxPreviewedText = 256 * 1024;           ///< bytes
 constexpr qint64 maxPreviewedDocument = 64 * 1024 * 1024; ///< bytes
 
+constexpr qsizetype longestPreviewedLine = 1000; ///< UTF-16 units
+
 /// The kind by the type (a MIME name of the shared database) and the size of a file.
 [[nodiscard]] PreviewKind previewKind(const QString& mimeType, qint64 size);
 
@@ -33,7 +35,8 @@ constexpr qint64 maxPreviewedDocument = 64 * 1024 * 1024; ///< bytes
 /// Blocks: workers only.
 [[nodiscard]] PreviewedFile readForPreview(const QUrl& url);
 
-/// The text of a file, which may be cut in the middle of a character or be no UTF-8 at all.
+/// The text of a file, which may be cut in the middle of a character or be no UTF-8 at all. Lines
+/// that would take seconds to lay out are broken after longestPreviewedLine characters.
 [[nodiscard]] QString previewText(const QByteArray& bytes);
 
 } // namespace harbrix

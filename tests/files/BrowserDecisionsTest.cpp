@@ -39,6 +39,7 @@ TEST_F(FileConflictTest, ADropUploadsWhatIsFreeAndKeepsTheLastClash) {
     EXPECT_EQ(plan.conflict->source, dropped[3]);
     EXPECT_EQ(plan.conflict->destination, shareUrl("clash 2"));
 
+    EXPECT_FALSE(plan.conflict->isFolderInTheWay);
     EXPECT_TRUE(moveAside(*plan.conflict, shareUrl("")));
     EXPECT_EQ(read(sharePath("clash 2 (1)")), "old");
     EXPECT_FALSE(QFile::exists(sharePath("clash 2")));
@@ -100,6 +101,20 @@ TEST(Preview, TextsMayBeCutOrOfAnotherEncoding) {
     EXPECT_EQ(previewText("gr\xc3\xbc\xc3"), QString::fromUtf8("grü"));
     EXPECT_EQ(previewText("gr\xfc\xdf und mehr"), QString::fromUtf8("grüß und mehr"));
     EXPECT_EQ(previewText({}), QString());
+}
+
+/// To lay out a line of 256 KiB takes seconds, in which the window is frozen.
+TEST(Preview, LinesThatTakeLongToLayOutAreBroken) {
+    const QString emoji = QString::fromUtf8("\xf0\x9f\x98\x80");
+    const QString line(longestPreviewedLine, u'x');
+    const QList<QPair<QString, QString>> rows = {
+        {line, line},
+        {line + "\nend", line + "\nend"},
+        {line + line + "end", line + "\n" + line + "\nend"},
+        {line.chopped(1) + emoji + "end", line.chopped(1) + emoji + "\nend"},
+    };
+    for (const auto& [text, shown] : rows)
+        EXPECT_EQ(previewText(text.toUtf8()), shown);
 }
 
 TEST(BrowserContents, ATableStaysWhileItIsRefreshed) {

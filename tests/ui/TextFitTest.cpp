@@ -168,7 +168,7 @@ TEST_P(TextFitTest, BrowserWindow) {
     expectFit("menu of a file", *menu);
     menu->close();
 
-    ConflictResolutionSheet sheet("a.txt", &window());
+    ConflictResolutionSheet sheet({{}, {}, QUrl::fromLocalFile(share("a.txt")), false}, &window());
     sheet.setAttribute(Qt::WA_DeleteOnClose, false);
     sheet.show();
     expectFit("conflict", sheet);

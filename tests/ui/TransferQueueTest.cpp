@@ -2,6 +2,8 @@
 #include "ui/transfer/TransferQueueView.h"
 #include "ui/transfer/TransferRow.h"
 
+#include <QTextDocumentFragment>
+
 namespace harbrix {
 namespace {
 
@@ -41,6 +43,16 @@ TEST_F(TransferQueueTest, ShowsOneRowForEachTaskAndClearsThoseThatEnded) {
     click("clearCompleted");
     EXPECT_TRUE(settleUntil(
         [this] { return find("noTransfers").isVisible() && !find("clearCompleted").isVisible(); }));
+}
+
+TEST_F(TransferQueueTest, TipsShowNamesThatLookLikeMarkupAsTheyAre) {
+    const QString name = "<b>a<i>b";
+    write(local(name), "x");
+    open();
+    drop({QUrl::fromLocalFile(local(name))});
+    ASSERT_TRUE(settleUntil([this] { return exists("transferRow"); }));
+    EXPECT_EQ(QTextDocumentFragment::fromHtml(find("transferRow").toolTip()).toPlainText(), name);
+    ASSERT_TRUE(waitForTransfers(1));
 }
 
 TEST_F(TransferQueueTest, OnlyRowsInSightExist) {

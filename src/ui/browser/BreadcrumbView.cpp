@@ -2,6 +2,7 @@
 
 #include "files/BrowserContents.h"
 #include "ui/widgets/SymbolIcon.h"
+#include "ui/widgets/TextLabel.h"
 #include "ui/widgets/Theme.h"
 
 #include <QAbstractButton>
@@ -38,7 +39,7 @@ public:
         setAttribute(Qt::WA_Hover);
         setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
         if (fontMetrics().horizontalAdvance(title) > widestCrumb)
-            setToolTip(title);
+            setToolTip(plainToolTip(title));
     }
 
     [[nodiscard]] QSize sizeHint() const override {

@@ -1,5 +1,6 @@
 #include "ui/browser/ConflictResolutionSheet.h"
 
+#include "files/FileUrl.h"
 #include "services/Text.h"
 #include "ui/widgets/SymbolIcon.h"
 #include "ui/widgets/TextLabel.h"
@@ -18,7 +19,7 @@ constexpr int warningSize = 32;
 
 } // namespace
 
-ConflictResolutionSheet::ConflictResolutionSheet(const QString& filename, QWidget* parent)
+ConflictResolutionSheet::ConflictResolutionSheet(const FileConflict& conflict, QWidget* parent)
     : QDialog(parent) {
     setObjectName(QStringLiteral("conflictSheet"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -28,7 +29,8 @@ ConflictResolutionSheet::ConflictResolutionSheet(const QString& filename, QWidge
     title->setText(text("browser.fileExists"));
     auto* message = new TextLabel(TextRole::callout, Tint::secondary);
     message->setObjectName(QStringLiteral("conflictMessage"));
-    message->setText(formatted("browser.fileExistsMessage", {filename}));
+    message->setText(
+        formatted("browser.fileExistsMessage", {lastPathComponent(conflict.destination)}));
     for (TextLabel* label : {title, message})
         label->setAlignment(Qt::AlignCenter);
 
@@ -36,12 +38,15 @@ ConflictResolutionSheet::ConflictResolutionSheet(const QString& filename, QWidge
     buttons->setSpacing(spacing::medium);
     buttons->addStretch();
     buttons->addWidget(makeButton("skip", text("browser.skip"), ConflictResolution::skip));
-    buttons->addWidget(makeButton("rename", text("browser.rename"), ConflictResolution::rename));
-    auto* overwrite =
-        makeButton("overwrite", text("browser.overwrite"), ConflictResolution::overwrite);
-    buttons->addWidget(overwrite);
+    auto* proposed = makeButton("rename", text("browser.rename"), ConflictResolution::rename);
+    buttons->addWidget(proposed);
+    if (!conflict.isFolderInTheWay) {
+        proposed =
+            makeButton("overwrite", text("browser.overwrite"), ConflictResolution::overwrite);
+        buttons->addWidget(proposed);
+    }
     buttons->addStretch();
-    overwrite->setDefault(true);
+    proposed->setDefault(true);
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(spacing::huge, spacing::huge, spacing::huge, spacing::huge);

@@ -14,7 +14,7 @@ class ConflictResolutionSheet : public QDialog {
     Q_OBJECT
 
 public:
-    ConflictResolutionSheet(const QString& filename, QWidget* parent);
+    ConflictResolutionSheet(const FileConflict& conflict, QWidget* parent);
 
 signals:
     void resolved(harbrix::ConflictResolution resolution);

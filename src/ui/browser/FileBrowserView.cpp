@@ -190,7 +190,7 @@ void FileBrowserView::setPendingConflict(const FileConflict& conflict) {
         m_sheet->close();
     }
     m_pendingConflict = conflict;
-    m_sheet = new ConflictResolutionSheet(lastPathComponent(conflict.destination), this);
+    m_sheet = new ConflictResolutionSheet(conflict, this);
     connect(m_sheet, &ConflictResolutionSheet::resolved, this, &FileBrowserView::settleConflict);
     m_sheet->open();
 }

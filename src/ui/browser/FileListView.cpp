@@ -120,11 +120,19 @@ QTableView* FileListView::buildTable() {
     for (int column = 0; column < FileListModel::columnsInAll; ++column)
         header->resizeSection(column, columnWidths.at(std::size_t(column)).ideal);
     header->setMinimumSectionSize(columnWidths[FileListModel::Size].minimum);
-    connect(header, &QHeaderView::sectionResized, header, [header](int column, int, int width) {
-        const int minimum = columnWidths.at(std::size_t(column)).minimum;
-        if (width < minimum && column != FileListModel::Name)
-            header->resizeSection(column, minimum);
-    });
+    connect(header, &QHeaderView::sectionResized, header,
+            [header](int column, int former, int now) {
+                if (column == FileListModel::Name || !header->isVisible())
+                    return;
+                // The name takes what the others leave, and at least its minimum.
+                const int room = header->width() - header->length() + header->sectionSize(column) +
+                                 header->sectionSize(FileListModel::Name) -
+                                 columnWidths[FileListModel::Name].minimum;
+                const int minimum = columnWidths.at(std::size_t(column)).minimum;
+                const int allowed = std::max(minimum, now > former ? std::min(now, room) : now);
+                if (allowed != now)
+                    header->resizeSection(column, allowed);
+            });
 
     connect(table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &FileListView::takeSelection);

@@ -3,6 +3,7 @@
 #include "files/FileUrl.h"
 #include "services/Text.h"
 #include "ui/widgets/SymbolIcon.h"
+#include "ui/widgets/TextLabel.h"
 
 #include <QFontMetrics>
 #include <QKeySequence>
@@ -182,7 +183,7 @@ void TransferRow::setTask(const TransferTask& task, const QDateTime& now, const 
     m_details = details.join(QStringLiteral("   "));
     setAccessibleName(m_name);
     setAccessibleDescription(m_status + QStringLiteral(", ") + m_details);
-    setToolTip(task.errorMessage ? m_name + u'\n' + *task.errorMessage : m_name);
+    setToolTip(plainToolTip(task.errorMessage ? m_name + u'\n' + *task.errorMessage : m_name));
     showButtons();
     update();
 }

@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QPainter>
+#include <QTextDocument>
 
 namespace harbrix {
 
@@ -46,12 +47,16 @@ void TextLabel::paintEvent(QPaintEvent* event) {
     if (m_lines == Lines::Wrapped)
         return QLabel::paintEvent(event);
     const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
-    setToolTip(shown == text() ? QString() : text());
+    setToolTip(shown == text() ? QString() : plainToolTip(text()));
     QPainter painter(this);
     painter.setPen(palette().color(QPalette::WindowText));
     painter.drawText(
         contentsRect(),
         int(alignment() & Qt::AlignHorizontal_Mask) | Qt::AlignVCenter | Qt::TextSingleLine, shown);
+}
+
+QString plainToolTip(const QString& text) {
+    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal) : text;
 }
 
 } // namespace harbrix

@@ -34,4 +34,7 @@ private:
     Lines m_lines;
 };
 
+/// The tool tip that shows a name as it is: Qt guesses markup from the text otherwise.
+[[nodiscard]] QString plainToolTip(const QString& text);
+
 } // namespace harbrix
