@@ -799,6 +799,18 @@
         <translation>In Warteschlange</translation>
     </message>
     <message>
+        <source>transfer.stop.confirm</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>transfer.stop.message</source>
+        <translation>Was noch nicht kopiert ist, wird ausgelassen.</translation>
+    </message>
+    <message>
+        <source>transfer.stop.title</source>
+        <translation>Übertragungen anhalten?</translation>
+    </message>
+    <message>
         <source>transfer.title</source>
         <translation>Übertragungen</translation>
     </message>

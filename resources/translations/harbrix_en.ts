@@ -799,6 +799,18 @@
         <translation>Queued</translation>
     </message>
     <message>
+        <source>transfer.stop.confirm</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>transfer.stop.message</source>
+        <translation>What has not been copied yet is left out.</translation>
+    </message>
+    <message>
+        <source>transfer.stop.title</source>
+        <translation>Stop transfers?</translation>
+    </message>
+    <message>
         <source>transfer.title</source>
         <translation>Transfers</translation>
     </message>

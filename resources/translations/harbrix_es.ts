@@ -799,6 +799,18 @@
         <translation>En cola</translation>
     </message>
     <message>
+        <source>transfer.stop.confirm</source>
+        <translation>Detener</translation>
+    </message>
+    <message>
+        <source>transfer.stop.message</source>
+        <translation>Lo que aún no se ha copiado no se copiará.</translation>
+    </message>
+    <message>
+        <source>transfer.stop.title</source>
+        <translation>¿Detener las transferencias?</translation>
+    </message>
+    <message>
         <source>transfer.title</source>
         <translation>Transferencias</translation>
     </message>

@@ -799,6 +799,18 @@
         <translation>En attente</translation>
     </message>
     <message>
+        <source>transfer.stop.confirm</source>
+        <translation>Arrêter</translation>
+    </message>
+    <message>
+        <source>transfer.stop.message</source>
+        <translation>Ce qui n’est pas encore copié ne le sera pas.</translation>
+    </message>
+    <message>
+        <source>transfer.stop.title</source>
+        <translation>Arrêter les transferts ?</translation>
+    </message>
+    <message>
         <source>transfer.title</source>
         <translation>Transferts</translation>
     </message>

@@ -799,6 +799,18 @@
         <translation>In coda</translation>
     </message>
     <message>
+        <source>transfer.stop.confirm</source>
+        <translation>Interrompi</translation>
+    </message>
+    <message>
+        <source>transfer.stop.message</source>
+        <translation>Ciò che non è ancora stato copiato non lo sarà.</translation>
+    </message>
+    <message>
+        <source>transfer.stop.title</source>
+        <translation>Interrompere i trasferimenti?</translation>
+    </message>
+    <message>
         <source>transfer.title</source>
         <translation>Trasferimenti</translation>
     </message>

@@ -798,6 +798,18 @@
         <translation>待機中</translation>
     </message>
     <message>
+        <source>transfer.stop.confirm</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>transfer.stop.message</source>
+        <translation>まだコピーされていないものはコピーされません。</translation>
+    </message>
+    <message>
+        <source>transfer.stop.title</source>
+        <translation>転送を停止しますか？</translation>
+    </message>
+    <message>
         <source>transfer.title</source>
         <translation>転送</translation>
     </message>

@@ -798,6 +798,18 @@
         <translation>대기 중</translation>
     </message>
     <message>
+        <source>transfer.stop.confirm</source>
+        <translation>중지</translation>
+    </message>
+    <message>
+        <source>transfer.stop.message</source>
+        <translation>아직 복사되지 않은 파일은 복사되지 않습니다.</translation>
+    </message>
+    <message>
+        <source>transfer.stop.title</source>
+        <translation>전송을 중지할까요?</translation>
+    </message>
+    <message>
         <source>transfer.title</source>
         <translation>전송</translation>
     </message>

@@ -799,6 +799,18 @@
         <translation>Na fila</translation>
     </message>
     <message>
+        <source>transfer.stop.confirm</source>
+        <translation>Parar</translation>
+    </message>
+    <message>
+        <source>transfer.stop.message</source>
+        <translation>O que ainda não foi copiado não será copiado.</translation>
+    </message>
+    <message>
+        <source>transfer.stop.title</source>
+        <translation>Parar as transferências?</translation>
+    </message>
+    <message>
         <source>transfer.title</source>
         <translation>Transferências</translation>
     </message>

@@ -39,5 +39,17 @@
         <source>Show in Finder</source>
         <translation>在文件管理器中显示</translation>
     </message>
+    <message>
+        <source>transfer.stop.confirm</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>transfer.stop.message</source>
+        <translation>尚未复制的内容将不会被复制。</translation>
+    </message>
+    <message>
+        <source>transfer.stop.title</source>
+        <translation>停止传输？</translation>
+    </message>
 </context>
 </TS>

@@ -21,6 +21,10 @@ TransferTask* TransferManager::find(const QUuid& id) {
     return found == m_tasks.end() ? nullptr : &*found;
 }
 
+bool TransferManager::hasUnfinished() const {
+    return !std::ranges::all_of(m_tasks, isFinished);
+}
+
 void TransferManager::setStatus(const QUuid& id, TransferStatus status) {
     TransferTask* task = find(id);
     if (!task || task->status == status)

@@ -53,6 +53,8 @@ public:
 
     [[nodiscard]] const std::vector<TransferTask>& tasks() const { return m_tasks; }
     [[nodiscard]] bool isProcessing() const { return m_isProcessing; }
+    /// Whether a task waits, runs or is paused.
+    [[nodiscard]] bool hasUnfinished() const;
     [[nodiscard]] qint64 totalBytesTransferred() const { return m_totalBytesTransferred; }
     /// Ready once nothing is under way.
     [[nodiscard]] Completion<std::monostate> whenIdle() { return m_flows.whenIdle(); }

@@ -1,6 +1,7 @@
 #include "BrowserFixture.h"
 
 #include <QMenu>
+#include <QMessageBox>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QScrollBar>
@@ -146,6 +147,62 @@ TEST_F(BrowserWindowTest, AConflictIsSettledAsTheUserSays) {
         EXPECT_TRUE(settleUntil([this] { return !exists("conflictSheet"); }));
         EXPECT_TRUE(waitForTransfers(transfers));
         EXPECT_EQ(read(share("a.txt")), onShare);
+    }
+}
+
+TEST_F(BrowserWindowTest, AFolderInTheWayOffersWhatCanBeDone) {
+    write(local("a.txt"), "new");
+    write(share("a.txt/inside"), "old");
+    open();
+    drop({QUrl::fromLocalFile(local("a.txt"))});
+    ASSERT_TRUE(settleUntil([this] { return exists("conflictSheet"); }));
+    EXPECT_FALSE(exists("overwrite"));
+    click("rename");
+    ASSERT_TRUE(waitForTransfers(1));
+    EXPECT_EQ(read(share("a.txt")), "new");
+    EXPECT_EQ(read(share("a (1).txt/inside")), "old");
+}
+
+TEST_F(BrowserWindowTest, ClosingAsksBeforeItStopsTransfers) {
+    open();
+    const auto startTransfer = [this] {
+        view().transferManager().enqueueDownload(QUrl::fromLocalFile("/dev/zero"),
+                                                 QUrl::fromLocalFile(local()));
+        if (!settleUntil([this] { return !tasks().empty() && tasks()[0].bytesTransferred > 0; }))
+            return false;
+        view().transferManager().pause(tasks()[0].id);
+        return settleUntil([this] { return tasks()[0].status == TransferStatus::paused; });
+    };
+    ASSERT_TRUE(startTransfer());
+    EXPECT_FALSE(window().close());
+    EXPECT_EQ(find<QMessageBox>("stopTransfers").text(), "Stop transfers?");
+    click("goOnWithTransfers");
+    EXPECT_TRUE(settleUntil([this] { return !exists("stopTransfers"); }));
+    EXPECT_EQ(tasks()[0].status, TransferStatus::paused);
+
+    window().close();
+    click("confirmStop");
+    EXPECT_FALSE(window().isVisible());
+    EXPECT_EQ(window().view(), nullptr);
+
+    // Nobody is there to answer when the session ends.
+    open();
+    ASSERT_TRUE(startTransfer());
+    QEvent quit(QEvent::Quit);
+    QCoreApplication::sendEvent(qApp, &quit);
+    EXPECT_FALSE(window().isVisible());
+    EXPECT_FALSE(exists("stopTransfers"));
+}
+
+TEST_F(BrowserWindowTest, ColumnsLeaveTheNameItsMinimum) {
+    write(share("a"), "x");
+    open();
+    QHeaderView* header = table().horizontalHeader();
+    for (const int column : {1, 2}) {
+        header->resizeSection(column, 5000);
+        EXPECT_EQ(header->sectionSize(0), 150);
+        header->resizeSection(column, 1);
+        EXPECT_EQ(header->sectionSize(column), column == 1 ? 60 : 100);
     }
 }
 

@@ -6,7 +6,10 @@
 #include "ui/browser/FileBrowserView.h"
 #include "ui/widgets/EmptyHint.h"
 
+#include <QApplication>
 #include <QCloseEvent>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QShortcut>
 #include <QStackedLayout>
 
@@ -25,6 +28,7 @@ FileBrowserWindow::FileBrowserWindow(const Environment& environment)
     connect(&environment.languageManager, &LanguageManager::localeChanged, this,
             &FileBrowserWindow::retranslate);
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
+    qApp->installEventFilter(this);
     retranslate();
 }
 
@@ -53,9 +57,45 @@ void FileBrowserWindow::showEvent(QShowEvent* event) {
 }
 
 void FileBrowserWindow::closeEvent(QCloseEvent* event) {
+    if (m_view && m_view->transferManager().hasUnfinished() && !m_isQuitting) {
+        event->ignore();
+        askToStopTransfers();
+        return;
+    }
     QWidget::closeEvent(event);
     if (event->isAccepted())
         closeView();
+}
+
+// To quit, Qt closes all windows and stays if one of them refuses.
+bool FileBrowserWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Quit)
+        m_isQuitting = true;
+    return QWidget::eventFilter(watched, event);
+}
+
+void FileBrowserWindow::askToStopTransfers() {
+    if (m_question) {
+        m_question->raise();
+        return;
+    }
+    m_question = new QMessageBox(QMessageBox::Question, text("transfer.stop.title"),
+                                 text("transfer.stop.title"), QMessageBox::NoButton, this);
+    m_question->setObjectName(QStringLiteral("stopTransfers"));
+    m_question->setAttribute(Qt::WA_DeleteOnClose);
+    m_question->setInformativeText(text("transfer.stop.message"));
+    QPushButton* cancel = m_question->addButton(text("common.cancel"), QMessageBox::RejectRole);
+    cancel->setObjectName(QStringLiteral("goOnWithTransfers"));
+    QPushButton* stop =
+        m_question->addButton(text("transfer.stop.confirm"), QMessageBox::DestructiveRole);
+    stop->setObjectName(QStringLiteral("confirmStop"));
+    m_question->setDefaultButton(cancel);
+    m_question->setEscapeButton(cancel);
+    connect(stop, &QPushButton::clicked, this, [this] {
+        closeView();
+        close();
+    });
+    m_question->open();
 }
 
 void FileBrowserWindow::retranslate() {
