@@ -65,10 +65,10 @@ private:
 };
 
 /// Removes a part file, unless a process of this machine writes to it: each holds a lock on its
-/// own, which ends with it.
+/// own, which ends with it. (NFS gives such a lock to writers only.)
 void removeAbandoned(int directory, const QByteArray& name) {
     const UniqueDescriptor file(
-        ::openat(directory, name.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+        ::openat(directory, name.constData(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     if (file && ::flock(file.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
         return;
     ::unlinkat(directory, name.constData(), 0);
