@@ -867,6 +867,18 @@
         <translation>OK</translation>
     </message>
     <message>
+        <source>main.notSaved</source>
+        <translation>Änderungen lassen sich nicht speichern: %@. Beim Beenden von Harbrix gehen sie verloren.</translation>
+    </message>
+    <message>
+        <source>notification.settingsDamaged.body</source>
+        <translation>Die Datei bleibt als %@ erhalten</translation>
+    </message>
+    <message>
+        <source>notification.settingsDamaged.title</source>
+        <translation>Die Einstellungen waren beschädigt</translation>
+    </message>
+    <message>
         <source>官网</source>
         <translation>Website</translation>
     </message>

@@ -867,6 +867,18 @@
         <translation>OK</translation>
     </message>
     <message>
+        <source>main.notSaved</source>
+        <translation>Changes cannot be saved: %@. They are lost when Harbrix quits.</translation>
+    </message>
+    <message>
+        <source>notification.settingsDamaged.body</source>
+        <translation>The file is kept as %@</translation>
+    </message>
+    <message>
+        <source>notification.settingsDamaged.title</source>
+        <translation>The settings were damaged</translation>
+    </message>
+    <message>
         <source>官网</source>
         <translation>Website</translation>
     </message>

@@ -867,6 +867,18 @@
         <translation>Aceptar</translation>
     </message>
     <message>
+        <source>main.notSaved</source>
+        <translation>No se pueden guardar los cambios: %@. Se perderán al salir de Harbrix.</translation>
+    </message>
+    <message>
+        <source>notification.settingsDamaged.body</source>
+        <translation>El archivo se conserva como %@</translation>
+    </message>
+    <message>
+        <source>notification.settingsDamaged.title</source>
+        <translation>Los ajustes estaban dañados</translation>
+    </message>
+    <message>
         <source>官网</source>
         <translation>Sitio web</translation>
     </message>

@@ -867,6 +867,18 @@
         <translation>OK</translation>
     </message>
     <message>
+        <source>main.notSaved</source>
+        <translation>Impossible d’enregistrer les modifications : %@. Elles seront perdues à la fermeture de Harbrix.</translation>
+    </message>
+    <message>
+        <source>notification.settingsDamaged.body</source>
+        <translation>Le fichier est conservé sous %@</translation>
+    </message>
+    <message>
+        <source>notification.settingsDamaged.title</source>
+        <translation>Les réglages étaient endommagés</translation>
+    </message>
+    <message>
         <source>官网</source>
         <translation>Site web</translation>
     </message>

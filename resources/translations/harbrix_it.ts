@@ -867,6 +867,18 @@
         <translation>OK</translation>
     </message>
     <message>
+        <source>main.notSaved</source>
+        <translation>Impossibile salvare le modifiche: %@. Andranno perse alla chiusura di Harbrix.</translation>
+    </message>
+    <message>
+        <source>notification.settingsDamaged.body</source>
+        <translation>Il file è conservato come %@</translation>
+    </message>
+    <message>
+        <source>notification.settingsDamaged.title</source>
+        <translation>Le impostazioni erano danneggiate</translation>
+    </message>
+    <message>
         <source>官网</source>
         <translation>Sito web</translation>
     </message>

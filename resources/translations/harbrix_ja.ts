@@ -866,6 +866,18 @@
         <translation>OK</translation>
     </message>
     <message>
+        <source>main.notSaved</source>
+        <translation>変更を保存できません：%@。Harbrix を終了すると変更は失われます。</translation>
+    </message>
+    <message>
+        <source>notification.settingsDamaged.body</source>
+        <translation>元のファイルは %@ として残してあります</translation>
+    </message>
+    <message>
+        <source>notification.settingsDamaged.title</source>
+        <translation>設定が破損していました</translation>
+    </message>
+    <message>
         <source>官网</source>
         <translation>ウェブサイト</translation>
     </message>

@@ -866,6 +866,18 @@
         <translation>확인</translation>
     </message>
     <message>
+        <source>main.notSaved</source>
+        <translation>변경 사항을 저장할 수 없습니다: %@. Harbrix를 종료하면 사라집니다.</translation>
+    </message>
+    <message>
+        <source>notification.settingsDamaged.body</source>
+        <translation>원래 파일은 %@ 이름으로 보관되어 있습니다</translation>
+    </message>
+    <message>
+        <source>notification.settingsDamaged.title</source>
+        <translation>설정이 손상되었습니다</translation>
+    </message>
+    <message>
         <source>官网</source>
         <translation>웹사이트</translation>
     </message>

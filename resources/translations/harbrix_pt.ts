@@ -867,6 +867,18 @@
         <translation>OK</translation>
     </message>
     <message>
+        <source>main.notSaved</source>
+        <translation>Não é possível salvar as alterações: %@. Elas serão perdidas ao sair do Harbrix.</translation>
+    </message>
+    <message>
+        <source>notification.settingsDamaged.body</source>
+        <translation>O arquivo foi guardado como %@</translation>
+    </message>
+    <message>
+        <source>notification.settingsDamaged.title</source>
+        <translation>Os ajustes estavam danificados</translation>
+    </message>
+    <message>
         <source>官网</source>
         <translation>Site</translation>
     </message>

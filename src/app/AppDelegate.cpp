@@ -60,7 +60,9 @@ void AppDelegate::applicationDidFinishLaunching() {
     log(LogLevel::info, QStringLiteral("Auto-mount strategy started"), LogCategory::mount);
 
     m_services.cacheDirectory.startPeriodicCleanup();
-    m_services.cacheDirectory.launch(m_services.cacheDirectory.performStartupCleanup());
+    m_services.scheduler.post([&cacheDirectory = m_services.cacheDirectory] {
+        cacheDirectory.launch(cacheDirectory.performStartupCleanup());
+    });
 
     m_services.analytics.track(AnalyticsEvent::appLaunch);
 
@@ -96,6 +98,8 @@ void AppDelegate::scheduleOnboarding() {
 void AppDelegate::applicationWillTerminate() {
     log(LogLevel::info, QStringLiteral("Harbrix application terminating..."),
         LogCategory::lifecycle);
+    // A new start during the wait below must not take this process for a running one.
+    m_services.instance.release();
     const auto ended = std::make_shared<Semaphore>(0);
     m_services.scheduler.post([strategy = &m_services.strategy, ended] {
         strategy->launch(unmountAllAndSignal(strategy, ended));

@@ -31,7 +31,10 @@ QString HarbrixApp::defaultsPath(const AppDirectories& directories) {
 }
 
 HarbrixApp::HarbrixApp()
-    : m_defaults(defaultsPath(m_directories)),
+    : m_instance(QLatin1String(AppDelegate::applicationIdentifier), m_directories.runtime),
+      m_defaults(defaultsPath(m_directories), m_instance.isFirst()
+                                                  ? UserDefaults::Access::ReadWrite
+                                                  : UserDefaults::Access::ReadOnly),
       m_log(m_defaults, m_directories.applicationSupport, m_directories.temporary),
       m_languageManager(m_defaults), m_appState([this] { return m_scheduler.wallClock(); }),
       m_secrets(makeSecretStore(m_directories)), m_keychain(*m_secrets),
@@ -61,14 +64,13 @@ HarbrixApp::HarbrixApp()
       m_settings({m_defaults, m_languageManager, m_log, m_notificationPreferences, m_cache,
                   m_cacheDirectory, m_loginItem}),
       m_remoteControl({m_configStore, m_appState, m_keychain, m_engine, m_network, m_strategy,
-                       m_settings, m_log}) {
+                       m_settings, m_log, m_defaults}) {
     // The objects are there before the name is: who sees the name can call them.
     publish();
-    m_instance = std::make_unique<SingleInstance>(QLatin1String(AppDelegate::applicationIdentifier),
-                                                  m_directories.runtime);
-    m_appDelegate = std::make_unique<AppDelegate>(LaunchedServices{
-        *m_instance, m_crashReporter, m_updates, *m_desktopNotifications, m_network, m_strategy,
-        m_cacheDirectory, m_analytics, m_defaults, m_scheduler});
+    m_instance.claimName();
+    m_appDelegate = std::make_unique<AppDelegate>(
+        LaunchedServices{m_instance, m_crashReporter, m_updates, *m_desktopNotifications, m_network,
+                         m_strategy, m_cacheDirectory, m_analytics, m_defaults, m_scheduler});
     connectParts();
 }
 
@@ -93,7 +95,34 @@ void HarbrixApp::connectParts() {
     QObject::connect(&m_remoteControl, &RemoteControl::quitRequested, application, quit);
     QObject::connect(application, &QCoreApplication::aboutToQuit, m_appDelegate.get(),
                      &AppDelegate::applicationWillTerminate);
+    QObject::connect(&m_defaults, &UserDefaults::writeErrorChanged, application,
+                     [this] { reportSettingsFile(); });
+    QObject::connect(m_appDelegate.get(), &AppDelegate::launched, application,
+                     [this] { reportDamagedSettings(); });
     makeUserInterface();
+}
+
+/// Once a change: the bar of the main window and harbrixctl repeat it as long as it lasts.
+void HarbrixApp::reportSettingsFile() {
+    if (const auto error = m_defaults.lastWriteError())
+        log(LogLevel::error,
+            QStringLiteral("Settings cannot be saved to %1: %2")
+                .arg(m_defaults.filePath(), error->description),
+            LogCategory::config);
+    else
+        log(LogLevel::info, QStringLiteral("Settings are saved again"), LogCategory::config);
+}
+
+void HarbrixApp::reportDamagedSettings() {
+    if (m_defaults.lastWriteError())
+        reportSettingsFile();
+    const auto& copy = m_defaults.damagedCopy();
+    if (!copy)
+        return;
+    log(LogLevel::warning,
+        QStringLiteral("The settings file was damaged and has been set aside as ") + *copy,
+        LogCategory::config);
+    m_notifications.notifySettingsDamaged(*copy);
 }
 
 Environment HarbrixApp::environment() {

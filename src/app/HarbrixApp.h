@@ -63,9 +63,13 @@ private:
     [[nodiscard]] Environment environment();
     void makeUserInterface();
     void publish();
+    void reportSettingsFile();
+    void reportDamagedSettings();
 
     // Members are made from top to bottom and ended from bottom to top.
     const AppDirectories m_directories = AppDirectories::ofThisUser();
+    // Looked at before anything is written: the files are those of the first instance.
+    SingleInstance m_instance;
     RealScheduler m_scheduler;
     UserDefaults m_defaults;
     LogManager m_log;
@@ -97,7 +101,6 @@ private:
     SettingsControl m_settings;
     RemoteControl m_remoteControl;
     ApplicationObject m_applicationObject;
-    std::unique_ptr<SingleInstance> m_instance;
     std::unique_ptr<AppDelegate> m_appDelegate;
     std::unique_ptr<UserInterface> m_userInterface; ///< none without a display
 };

@@ -12,6 +12,7 @@
 #include "ctl/RemoteInterface.h"
 #include "mount/MountOperations.h"
 #include "mount/MountPoint.h"
+#include "platform/UserDefaults.h"
 #include "services/LogManager.h"
 
 #include <QDBusMessage>
@@ -68,16 +69,16 @@ QString RemoteControl::ShareStatus(const QString& share) {
 }
 
 QString RemoteControl::Add(const QString& settings, const QByteArray& password) {
-    return answerWith(add(settings, password));
+    return answerWith(saved(add(settings, password)));
 }
 
 QString RemoteControl::Edit(const QString& share, const QString& settings,
                             const QByteArray& password) {
-    return answerWith(edit(share, settings, password));
+    return answerWith(saved(edit(share, settings, password)));
 }
 
 QString RemoteControl::Remove(const QString& share) {
-    return answerWith(removeShare(share));
+    return answerWith(saved(removeShare(share)));
 }
 
 QString RemoteControl::Mount(const QString& share) {
@@ -114,6 +115,17 @@ Task<void> RemoteControl::sendAnswer(QDBusMessage request, QDBusConnection conne
         connection.send(request.createReply(*answer));
     else
         connection.send(request.createErrorReply(answer.error().errorName, answer.error().text));
+}
+
+Task<RemoteControl::Answer> RemoteControl::saved(Task<Answer> flow) {
+    const Answer answer = co_await flow;
+    const auto error = m_services.defaults.lastWriteError();
+    if (!answer || !error)
+        co_return answer;
+    co_return std::unexpected(
+        Refusal{QLatin1String(remote::notSavedError),
+                QStringLiteral("Not saved to %1: %2. The change is lost when Harbrix quits.")
+                    .arg(m_services.defaults.filePath(), error->description)});
 }
 
 Task<RemoteControl::Answer> RemoteControl::wholeStatus() {

@@ -22,6 +22,7 @@ class MountOperations;
 class NASConfigStore;
 class NetworkMonitor;
 class SettingsControl;
+class UserDefaults;
 
 /// What the remote control hands its calls on to.
 struct RemoteControlled {
@@ -33,6 +34,7 @@ struct RemoteControlled {
     AutoMountStrategy& strategy;
     SettingsControl& settings;
     LogManager& log;
+    UserDefaults& defaults;
 };
 
 /// The running program as an object on the session bus, for harbrixctl and scripts. It does what
@@ -123,6 +125,9 @@ private:
     Task<void> sendAnswer(QDBusMessage request, QDBusConnection connection, Task<Answer> flow);
 
     // RemoteControl.cpp
+    /// The answer of a call that changes what is stored; a refusal where it could not be written.
+    Task<Answer> saved(Task<Answer> flow);
+
     Task<Answer> wholeStatus();
     Task<Answer> shareStatus(QString share);
     Task<Answer> add(QString settings, QByteArray password);

@@ -34,7 +34,8 @@ QString RemoteControl::ExportRecords(bool withPasswords) {
 }
 
 QString RemoteControl::ImportRecords(const QByteArray& records, bool isTrial) {
-    return answerWith(importRecords(records, isTrial));
+    return answerWith(isTrial ? importRecords(records, isTrial)
+                              : saved(importRecords(records, isTrial)));
 }
 
 QString RemoteControl::ListSettings() {
@@ -46,11 +47,11 @@ QString RemoteControl::GetSetting(const QString& key) {
 }
 
 QString RemoteControl::SetSetting(const QString& key, const QString& value) {
-    return answerWith(setSetting(key, value));
+    return answerWith(saved(setSetting(key, value)));
 }
 
 QString RemoteControl::ResetSetting(const QString& key) {
-    return answerWith(resetSetting(key));
+    return answerWith(saved(resetSetting(key)));
 }
 
 QString RemoteControl::LogFiles() {

@@ -107,7 +107,8 @@ Task<void> printDebugInfo(DebugInfo* info) {
 
 int showDebugInfo(int& argc, char** argv) {
     const QCoreApplication application(argc, argv);
-    const UserDefaults defaults(HarbrixApp::defaultsPath(AppDirectories::ofThisUser()));
+    const UserDefaults defaults(HarbrixApp::defaultsPath(AppDirectories::ofThisUser()),
+                                UserDefaults::Access::ReadOnly);
     const auto fileSystem = FileSystem::create();
     const auto launcher = ProcessLauncher::create();
     RealScheduler scheduler;

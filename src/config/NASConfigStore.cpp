@@ -69,9 +69,12 @@ void NASConfigStore::remove(const QUuid& id) {
         return;
     }
     const NASConfig removed = *found;
-    if (!removed.keychainIdentifier.isEmpty())
-        m_forgetting.launch(forgetPassword(removed.keychainIdentifier));
     m_configs.erase(found);
+    // Records of one server and user share the password.
+    const bool isUsed = std::ranges::find(m_configs, removed.keychainIdentifier,
+                                          &NASConfig::keychainIdentifier) != m_configs.end();
+    if (!removed.keychainIdentifier.isEmpty() && !isUsed)
+        m_forgetting.launch(forgetPassword(removed.keychainIdentifier));
     save();
     m_appState.removeStatus(id);
     m_logger.write(SystemLog::Type::Info,
@@ -108,6 +111,12 @@ void NASConfigStore::load() {
 
 void NASConfigStore::save() {
     m_userDefaults.set(QLatin1String(userDefaultsKey), encodeConfigs(m_configs));
+    if (const auto error = m_userDefaults.lastWriteError()) {
+        m_logger.write(SystemLog::Type::Error, QStringLiteral("Failed to save configs to ") +
+                                                   m_userDefaults.filePath() +
+                                                   QStringLiteral(": ") + error->description);
+        return;
+    }
     m_logger.write(SystemLog::Type::Debug, QStringLiteral("Saved ") +
                                                QString::number(m_configs.size()) +
                                                QStringLiteral(" config(s) to UserDefaults"));

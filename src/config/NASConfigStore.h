@@ -30,7 +30,8 @@ public:
 
     void add(const NASConfig& config);
     void update(const NASConfig& config);
-    /// Removes the record and, on a worker, its stored password. Does not unmount.
+    /// Removes the record and, on a worker, its stored password, unless another record uses that
+    /// too. Does not unmount.
     void remove(const QUuid& id);
 
     /// Ready once no stored password is being removed any more. The keychain must live until then.

@@ -18,5 +18,7 @@ inline constexpr auto unknownKeyError = "com.harbrix.Error.UnknownKey";
 inline constexpr auto invalidValueError = "com.harbrix.Error.InvalidValue";
 /// What was to be imported is no list of records.
 inline constexpr auto invalidRecordsError = "com.harbrix.Error.InvalidRecords";
+/// The change was made, but the settings file could not be written.
+inline constexpr auto notSavedError = "com.harbrix.Error.NotSaved";
 
 } // namespace harbrix::remote

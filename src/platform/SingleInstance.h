@@ -7,19 +7,24 @@
 
 namespace harbrix {
 
-/// The claim of being the one running program of this user: the session bus name, or, without a
-/// bus, a locked file in the runtime directory.
+/// The claim of being the one running program of this user: a locked file in the runtime directory,
+/// and the name on the session bus where there is one. Both, so that a start with a bus and one
+/// without see each other.
 class SingleInstance {
 public:
-    /// Tries to make the claim. The name is owned by this connection, which is also the one to
-    /// export the objects on that activateOther() of a later process calls. Without a runtime
-    /// directory the file lies in the directory for temporary files.
+    /// Takes the lock and looks whether the name has an owner. Without a runtime directory the file
+    /// lies in the directory for temporary files.
     SingleInstance(const QString& identifier, const QString& runtimeDirectory,
                    const QDBusConnection& bus = QDBusConnection::sessionBus());
     ~SingleInstance();
 
+    /// Takes the name, which the connection owns then: once the objects are exported on it that
+    /// callers of the name expect.
+    void claimName();
     /// Whether this process holds the claim.
     [[nodiscard]] bool isFirst() const;
+    /// Gives the claim back, so that another process can start.
+    void release();
     /// Asks the process that holds it to come to the front with all its windows
     /// (org.freedesktop.Application.Activate); waits no longer than a second for its answer.
     /// Whether it has answered; without a bus there is no way to ask it.

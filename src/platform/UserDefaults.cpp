@@ -31,7 +31,8 @@ QString behindSymbolicLink(const QString& path) {
 
 } // namespace
 
-UserDefaults::UserDefaults(const QString& filePath) : m_filePath(behindSymbolicLink(filePath)) {
+UserDefaults::UserDefaults(const QString& filePath, Access access)
+    : m_filePath(behindSymbolicLink(filePath)), m_access(access) {
     load();
 }
 
@@ -41,20 +42,25 @@ void UserDefaults::load() {
     const auto text = readFile(m_filePath);
     if (!text) {
         if (text.error().code != ENOENT)
-            m_loadError = text.error();
+            m_loadError = m_writeError = text.error();
         return;
     }
     auto decoded = DefaultsFormat::decode(*text);
     m_values = std::move(decoded.values);
-    if (!decoded.isDamaged)
+    if (!decoded.isDamaged || m_access == Access::ReadOnly)
         return;
-    m_loadError = setAside();
-    if (!m_loadError && !m_values.isEmpty())
+    const auto copy = setAside();
+    if (!copy) {
+        m_loadError = m_writeError = copy.error();
+        return;
+    }
+    m_damagedCopy = *copy;
+    if (!m_values.isEmpty())
         save(m_values);
 }
 
 /// Moves the file to the first free name of "X.damaged", "X.damaged-2" and so on.
-std::optional<SystemError> UserDefaults::setAside() {
+Result<QString, SystemError> UserDefaults::setAside() {
     constexpr int mostNames = 1000;
     const QByteArray from = QFile::encodeName(m_filePath);
     for (int number = 1; number <= mostNames; ++number) {
@@ -65,17 +71,17 @@ std::optional<SystemError> UserDefaults::setAside() {
         // without hard links says EPERM.
         if (::link(from.constData(), to.constData()) == 0) {
             ::unlink(from.constData());
-            return std::nullopt;
+            return QFile::decodeName(to);
         }
         if (errno == EEXIST)
             continue;
         if (errno == EPERM && ::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(),
                                           RENAME_NOREPLACE) == 0)
-            return std::nullopt;
+            return QFile::decodeName(to);
         if (errno != EEXIST)
-            return systemError(errno);
+            return std::unexpected(systemError(errno));
     }
-    return systemError(EEXIST);
+    return std::unexpected(systemError(EEXIST));
 }
 
 std::optional<UserDefaults::Value> UserDefaults::value(const QString& key) const {
@@ -148,6 +154,10 @@ void UserDefaults::update(const QString& key, const std::optional<Value>& value)
         QHash<QString, Value> snapshot;
         {
             const std::unique_lock lock(m_mutex);
+            const auto present = m_values.constFind(key);
+            const bool isSame = present == m_values.constEnd() ? !value : value == *present;
+            if (isSame && !m_writeError)
+                return;
             if (value)
                 m_values.insert(key, *value);
             else
@@ -160,15 +170,25 @@ void UserDefaults::update(const QString& key, const std::optional<Value>& value)
 }
 
 void UserDefaults::save(const QHash<QString, Value>& values) {
+    if (m_access == Access::ReadOnly)
+        return;
+    // What could not be read must not be overwritten, as long as it is there.
+    if (m_loadError && !QFileInfo::exists(m_filePath))
+        m_loadError.reset();
     std::optional<SystemError> error = m_loadError;
-    // What stands there unread must not be overwritten.
     if (!error) {
         const auto saved = replaceFile(m_filePath, DefaultsFormat::encode(values));
         if (!saved)
             error = saved.error();
     }
-    const std::unique_lock lock(m_mutex);
-    m_writeError = error;
+    const auto codeOf = [](const std::optional<SystemError>& of) { return of ? of->code : 0; };
+    bool isNews = false;
+    {
+        const std::unique_lock lock(m_mutex);
+        isNews = codeOf(std::exchange(m_writeError, error)) != codeOf(error);
+    }
+    if (isNews)
+        emit writeErrorChanged();
 }
 
 std::optional<SystemError> UserDefaults::lastWriteError() const {

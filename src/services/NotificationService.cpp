@@ -50,6 +50,14 @@ void NotificationService::notifyUnmount(const QString& nasName) {
                          QStringLiteral("unmount-") + nasName);
 }
 
+void NotificationService::notifySettingsDamaged(const QString& copyPath) {
+    scheduleNotification({.title = text("notification.settingsDamaged.title"),
+                          .body = formatted("notification.settingsDamaged.body", {copyPath}),
+                          .withSound = false,
+                          .categoryIdentifier = {}},
+                         QStringLiteral("settings-damaged"));
+}
+
 void NotificationService::notifyTransferCompleted(const QString& fileName,
                                                   TransferDirection direction) {
     if (!m_preferences.isEnabled(NotificationEvent::transferComplete))

@@ -36,6 +36,8 @@ public:
     void notifyMountSuccess(const QString& nasName) override;
     void notifyMountFailure(const QString& nasName, const HarbrixError& error) override;
     void notifyUnmount(const QString& nasName) override;
+    /// No preference switches this one off: it is about what the user may have lost.
+    void notifySettingsDamaged(const QString& copyPath);
     void notifyTransferCompleted(const QString& fileName, TransferDirection direction);
 
     /// The common posting step; asks no preference.

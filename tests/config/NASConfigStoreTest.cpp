@@ -117,7 +117,13 @@ TEST_F(NASConfigStoreTest, RemovingForgetsThePasswordWithoutBlocking) {
     config.keychainIdentifier = QStringLiteral("account");
     ASSERT_TRUE(keychain.savePassword(QStringLiteral("p"), config.keychainIdentifier));
     store->add(config);
+    // Another share of the same server and user.
+    NASConfig twin = named("b");
+    twin.keychainIdentifier = config.keychainIdentifier;
+    store->add(twin);
     store->remove(config.id);
+    EXPECT_TRUE(store->whenIdle().await_ready()) << "the password of another share goes";
+    store->remove(twin.id);
     bool idle = false;
     const auto watch = [](NASConfigStore* watched, bool* done) -> Task<void> {
         auto forgotten = watched->whenIdle();

@@ -5,7 +5,9 @@
 #include "support/PrivateBus.h"
 #include "support/WaitUntil.h"
 
+#include <QDBusConnectionInterface>
 #include <QElapsedTimer>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include <thread>
@@ -26,14 +28,17 @@ public:
 };
 
 TEST(SingleInstanceTest, TheSecondBringsTheFirstForward) {
+    const QTemporaryDir runtime;
     const PrivateBus privateBus;
     Connection one(privateBus.address());
     Connection two(privateBus.address());
     ApplicationOnBus application;
     ASSERT_TRUE(one.bus.registerObject(QStringLiteral("/com/harbrix/app"), &application,
                                        QDBusConnection::ExportAllSlots));
-    auto first = std::make_unique<SingleInstance>(identifier, QString(), one.bus);
-    const SingleInstance second(identifier, QString(), two.bus);
+    auto first = std::make_unique<SingleInstance>(identifier, runtime.path(), one.bus);
+    EXPECT_FALSE(two.bus.interface()->isServiceRegistered(identifier)) << "before the objects are";
+    first->claimName();
+    const SingleInstance second(identifier, runtime.path(), two.bus);
     EXPECT_TRUE(first->isFirst());
     EXPECT_FALSE(second.isFirst());
     EXPECT_FALSE(first->activateOther());
@@ -48,18 +53,20 @@ TEST(SingleInstanceTest, TheSecondBringsTheFirstForward) {
               QStringLiteral("token"));
 
     first.reset();
-    EXPECT_TRUE(SingleInstance(identifier, QString(), two.bus).isFirst());
+    EXPECT_TRUE(SingleInstance(identifier, runtime.path(), two.bus).isFirst());
 }
 
 TEST(SingleInstanceTest, AFirstThatHangsIsNotWaitedForLong) {
+    const QTemporaryDir runtime;
     const PrivateBus privateBus;
     Connection one(privateBus.address());
     Connection two(privateBus.address());
     ApplicationOnBus application;
     one.bus.registerObject(QStringLiteral("/com/harbrix/app"), &application,
                            QDBusConnection::ExportAllSlots);
-    const SingleInstance first(identifier, QString(), one.bus);
-    const SingleInstance second(identifier, QString(), two.bus);
+    SingleInstance first(identifier, runtime.path(), one.bus);
+    first.claimName();
+    const SingleInstance second(identifier, runtime.path(), two.bus);
     QElapsedTimer elapsed;
     elapsed.start();
     // This thread, which would have to answer, is the one that waits.
@@ -77,6 +84,25 @@ TEST(SingleInstanceTest, WithoutABusAFileIsLocked) {
     EXPECT_FALSE(second.activateOther());
     first.reset();
     EXPECT_TRUE(SingleInstance(identifier, runtime.path(), none.bus).isFirst());
+}
+
+/// As from a desktop and from a shell without its bus, or with another runtime directory.
+TEST(SingleInstanceTest, LockAndNameEachKeepASecondOneOut) {
+    const QTemporaryDir runtime;
+    const QTemporaryDir elsewhere;
+    const PrivateBus privateBus;
+    const Connection one(privateBus.address());
+    const Connection two(privateBus.address());
+    const Connection none(QStringLiteral("unix:path=/nowhere/bus"));
+    SingleInstance first(identifier, runtime.path(), one.bus);
+    first.claimName();
+    EXPECT_FALSE(SingleInstance(identifier, runtime.path(), none.bus).isFirst());
+    EXPECT_FALSE(SingleInstance(identifier, elsewhere.path(), two.bus).isFirst());
+    first.release();
+    EXPECT_FALSE(first.isFirst());
+    SingleInstance next(identifier, runtime.path(), two.bus);
+    next.claimName();
+    EXPECT_TRUE(next.isFirst());
 }
 
 } // namespace

@@ -132,12 +132,19 @@ TEST_F(UserDefaultsTest, ADamagedFileIsSetAsideWhole) {
     int number = 0;
     for (const DamageCase& damage : cases) {
         write(name, damage.text);
+        {
+            UserDefaults onlooker(path, UserDefaults::Access::ReadOnly);
+            EXPECT_EQ(onlooker.keys().size(), damage.keysLeft) << damage.text;
+            onlooker.set(key, true);
+            EXPECT_EQ(contents(name), damage.text) << "changed by one that only reads";
+        }
         UserDefaults defaults(path);
         EXPECT_FALSE(defaults.loadError()) << damage.text;
         EXPECT_EQ(defaults.keys().size(), damage.keysLeft) << damage.text;
         const QString aside = ++number == 1 ? name + QStringLiteral(".damaged")
                                             : QStringLiteral("%1.damaged-%2").arg(name).arg(number);
         EXPECT_EQ(contents(aside), damage.text);
+        EXPECT_EQ(defaults.damagedCopy(), directory.filePath(aside));
         defaults.set(key, true);
         EXPECT_EQ(UserDefaults(path).keys().size(), damage.keysLeft + 1) << damage.text;
     }
@@ -152,6 +159,21 @@ TEST_F(UserDefaultsTest, WhatCannotBeReadIsLeftAlone) {
     EXPECT_EQ(defaults.integer(key), 5);
     EXPECT_EQ(defaults.lastWriteError(), defaults.loadError());
     EXPECT_TRUE(QFileInfo(path).isDir());
+    ASSERT_TRUE(QDir().rmdir(path));
+    defaults.set(key, qint64(6));
+    EXPECT_FALSE(defaults.lastWriteError()) << "the folder in the way is gone";
+    EXPECT_EQ(UserDefaults(path).integer(key), 6);
+}
+
+TEST_F(UserDefaultsTest, AnUnchangedValueIsNotWrittenAgain) {
+    UserDefaults defaults(path);
+    defaults.set(key, true);
+    ASSERT_TRUE(QFile::remove(path));
+    defaults.set(key, true);
+    defaults.remove(QStringLiteral("absent"));
+    EXPECT_FALSE(QFile::exists(path));
+    defaults.set(key, qint64(1)); // another type is another value
+    EXPECT_TRUE(QFile::exists(path));
 }
 
 TEST_F(UserDefaultsTest, AWriteThatFailsKeepsMemoryAndIsTriedAgain) {
@@ -159,7 +181,11 @@ TEST_F(UserDefaultsTest, AWriteThatFailsKeepsMemoryAndIsTriedAgain) {
     const QString below = folder + QStringLiteral("/defaults.json");
     UserDefaults defaults(below);
     write(QStringLiteral("folder"), "a file where the directory should be");
+    int news = 0;
+    QObject::connect(&defaults, &UserDefaults::writeErrorChanged, [&] { ++news; });
     defaults.set(key, true);
+    defaults.set(key, true);
+    EXPECT_EQ(news, 1) << "each failure is news";
     ASSERT_TRUE(defaults.lastWriteError());
     EXPECT_EQ(defaults.lastWriteError()->code, ENOTDIR);
     EXPECT_EQ(defaults.boolean(key), true);

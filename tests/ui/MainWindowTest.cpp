@@ -1,8 +1,10 @@
 #include "WindowTest.h"
 #include "ui/main/ShareListView.h"
 #include "ui/main/ShareRowDelegate.h"
+#include "ui/widgets/NoticeBar.h"
 
 #include <QAccessible>
+#include <QDir>
 #include <QMenu>
 
 namespace harbrix {
@@ -81,6 +83,22 @@ TEST_F(MainWindowTest, AClickOnTheMountPointOpensItAndSelectsNothing) {
     QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, link.center());
     EXPECT_EQ(world.opened, std::vector<QUrl>{QUrl::fromLocalFile("/mnt/media")});
     EXPECT_FALSE(window.selectedConfigID());
+}
+
+TEST_F(MainWindowTest, ABarStaysWhileSettingsCannotBeSaved) {
+    open();
+    EXPECT_FALSE(find("notice").isVisible());
+    const QString path = world.automation.defaults.filePath();
+    QFile::remove(path);
+    ASSERT_TRUE(QDir().mkpath(path));
+    world.automation.add("Media");
+    settle();
+    EXPECT_TRUE(find("notice").isVisible());
+    EXPECT_TRUE(find<NoticeBar>("notice").text().contains(path));
+    ASSERT_TRUE(QDir().rmdir(path));
+    world.automation.add("Photos");
+    settle();
+    EXPECT_FALSE(find("notice").isVisible());
 }
 
 TEST_F(MainWindowTest, DeletingKeepsTheSelectionOfAnotherShare) {

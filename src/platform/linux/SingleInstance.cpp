@@ -16,11 +16,18 @@ namespace {
 
 constexpr int activationTimeoutMilliseconds = 1000;
 
-enum class Claim { Held, Taken, Impossible };
+enum class Claim { Open, Held, Taken, Impossible };
 
-Claim claimName(const QDBusConnection& bus, const QString& name) {
+Claim lookAtName(const QDBusConnection& bus, const QString& name) {
     if (!bus.isConnected())
         return Claim::Impossible;
+    const QDBusReply<bool> reply = bus.interface()->isServiceRegistered(name);
+    if (!reply.isValid())
+        return Claim::Impossible;
+    return reply.value() ? Claim::Taken : Claim::Open;
+}
+
+Claim registerName(const QDBusConnection& bus, const QString& name) {
     const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
         bus.interface()->registerService(name, QDBusConnectionInterface::DontQueueService,
                                          QDBusConnectionInterface::DontAllowReplacement);
@@ -55,32 +62,49 @@ struct SingleInstance::State {
     QString identifier;
     QDBusConnection bus;
     Claim byName;
+    Claim byLock = Claim::Impossible;
     UniqueDescriptor lock;
 };
 
 SingleInstance::SingleInstance(const QString& identifier, const QString& runtimeDirectory,
                                const QDBusConnection& bus)
-    : m_state(new State{identifier, bus, claimName(bus, identifier), {}}) {
-    if (m_state->byName != Claim::Impossible)
-        return;
+    : m_state(new State{identifier, bus, lookAtName(bus, identifier), Claim::Impossible, {}}) {
     const QByteArray path = QFile::encodeName(lockPath(identifier, runtimeDirectory));
     UniqueDescriptor file(
         ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
-    if (file && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0)
+    if (!file)
+        return;
+    const bool isLocked = ::flock(file.get(), LOCK_EX | LOCK_NB) == 0;
+    m_state->byLock = isLocked ? Claim::Held : Claim::Taken;
+    if (isLocked)
         m_state->lock = std::move(file);
 }
 
 SingleInstance::~SingleInstance() {
-    if (m_state->byName == Claim::Held && m_state->bus.isConnected())
-        m_state->bus.unregisterService(m_state->identifier);
+    release();
+}
+
+void SingleInstance::claimName() {
+    if (m_state->byName == Claim::Open && m_state->byLock != Claim::Taken)
+        m_state->byName = registerName(m_state->bus, m_state->identifier);
 }
 
 bool SingleInstance::isFirst() const {
-    return m_state->byName == Claim::Held || m_state->lock;
+    const auto is = [this](Claim claim) {
+        return m_state->byName == claim || m_state->byLock == claim;
+    };
+    return !is(Claim::Taken) && (is(Claim::Held) || is(Claim::Open));
+}
+
+void SingleInstance::release() {
+    if (m_state->byName == Claim::Held && m_state->bus.isConnected())
+        m_state->bus.unregisterService(m_state->identifier);
+    m_state->byName = m_state->byLock = Claim::Impossible;
+    m_state->lock.reset();
 }
 
 bool SingleInstance::activateOther() const {
-    if (m_state->byName != Claim::Taken)
+    if (isFirst() || !m_state->bus.isConnected())
         return false;
     const QString path =
         QLatin1Char('/') + QString(m_state->identifier).replace(QLatin1Char('.'), QLatin1Char('/'));

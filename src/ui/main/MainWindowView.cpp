@@ -2,6 +2,7 @@
 
 #include "config/NASConfigStore.h"
 #include "core/AppStateManager.h"
+#include "platform/UserDefaults.h"
 #include "services/LanguageManager.h"
 #include "services/Text.h"
 #include "ui/about/AboutView.h"
@@ -10,6 +11,7 @@
 #include "ui/main/ShareListView.h"
 #include "ui/widgets/EmptyHint.h"
 #include "ui/widgets/FlatStyle.h"
+#include "ui/widgets/NoticeBar.h"
 #include "ui/widgets/Panel.h"
 #include "ui/widgets/SymbolIcon.h"
 #include "ui/widgets/TextLabel.h"
@@ -43,8 +45,18 @@ MainWindowView::MainWindowView(const Environment& environment)
     columns->setStretchFactor(0, 0);
     columns->setStretchFactor(1, 1);
     columns->setSizes({idealSidebar, 10 * idealSidebar});
-    setCentralWidget(columns);
+    m_notice = new NoticeBar;
+    m_notice->setObjectName(QStringLiteral("notice"));
+    auto* content = new QWidget;
+    auto* rows = new QVBoxLayout(content);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    rows->addWidget(m_notice);
+    rows->addWidget(columns, 1);
+    setCentralWidget(content);
 
+    connect(&m_environment.settings.defaults, &UserDefaults::writeErrorChanged, this,
+            &MainWindowView::showSettingsFault);
     connect(&m_environment.configStore, &NASConfigStore::changed, this,
             &MainWindowView::showDetail);
     connect(&m_environment.appState, &AppStateManager::changed, this, &MainWindowView::showDetail);
@@ -173,6 +185,15 @@ void MainWindowView::setSelectedConfigID(const std::optional<QUuid>& id) {
     showDetail();
 }
 
+void MainWindowView::showSettingsFault() {
+    const UserDefaults& defaults = m_environment.settings.defaults;
+    const auto error = defaults.lastWriteError();
+    m_notice->setText(
+        error ? formatted("main.notSaved",
+                          {defaults.filePath() + QStringLiteral(" (") + error->description + u')'})
+              : QString());
+}
+
 void MainWindowView::showSelection() {
     const QModelIndex wanted =
         m_selectedConfigID ? m_model.indexOf(*m_selectedConfigID) : QModelIndex();
@@ -238,6 +259,7 @@ void MainWindowView::retranslate() {
     m_list->setAccessibleName(text("main.nasList"));
     m_hint->setTexts(text("main.selectOrAddNAS"), text("main.emptyDetailHint"));
     m_folders->retranslate();
+    showSettingsFault();
 }
 
 } // namespace harbrix

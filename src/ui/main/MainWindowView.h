@@ -18,6 +18,7 @@ namespace harbrix {
 class EmptyHint;
 class MountedFoldersView;
 class NASDetailView;
+class NoticeBar;
 class ShareListView;
 class TextLabel;
 
@@ -42,6 +43,7 @@ private:
     void add();
     void remove(const QUuid& id);
     void openAbout();
+    void showSettingsFault();
     void showSelection();
     void showDetail();
     void showForm(const NASConfig& config);
@@ -55,6 +57,7 @@ private:
     QAction* m_about = nullptr;
     QAction* m_settings = nullptr;
     QPushButton* m_add = nullptr;
+    NoticeBar* m_notice = nullptr;
     QStackedWidget* m_sidebar = nullptr;
     EmptyHint* m_noShares = nullptr;
     TextLabel* m_listTitle = nullptr;
