@@ -3,12 +3,18 @@
 #include <QCoreApplication>
 #include <QTimer>
 
+#include <algorithm>
+
 namespace harbrix {
+
+detail::Alarm::Alarm() = default;
+detail::Alarm::~Alarm() = default;
 
 void Timer::cancel() {
     if (!m_alarm)
         return;
     m_alarm->armed = false;
+    m_alarm->timer.reset();
     // The callback may hold what owns this very timer: let go of it now, not when the alarm is due.
     const auto released = std::exchange(m_alarm->fire, nullptr);
     m_alarm.reset();
@@ -58,13 +64,33 @@ void RealScheduler::post(std::function<void()> callback) {
 }
 
 void RealScheduler::arm(const std::shared_ptr<detail::Alarm>& alarm, Duration delay) {
-    const auto rounded = std::chrono::ceil<std::chrono::milliseconds>(delay);
+    armUntil(alarm, now() + delay);
+}
+
+void RealScheduler::armUntil(const std::shared_ptr<detail::Alarm>& alarm, Duration due) {
+    // A QTimer counts milliseconds in an int: what is further away is waited for in pieces.
+    constexpr std::chrono::milliseconds longest = std::chrono::hours(24 * 20);
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(due - now());
+    const auto piece = std::clamp(left, std::chrono::milliseconds(0), longest);
+    // The timer is the alarm's, so a cancelled one leaves nothing behind in the event loop.
+    alarm->timer = std::make_unique<QTimer>();
+    QTimer& timer = *alarm->timer;
+    timer.setSingleShot(true);
     // A coarse timer may be off by a twentieth, which is 15 s of the longest retry delay.
-    QTimer::singleShot(rounded, Qt::PreciseTimer, QCoreApplication::instance(),
-                       [this, pending = std::weak_ptr(alarm)] {
-                           if (const auto due = pending.lock())
-                               fireAlarm(due);
-                       });
+    timer.setTimerType(Qt::PreciseTimer);
+    timer.callOnTimeout(&timer,
+                        [this, due, isLast = left <= longest, pending = std::weak_ptr(alarm)] {
+                            const auto present = pending.lock();
+                            if (!present)
+                                return;
+                            // This very function belongs to the timer that is about to be replaced.
+                            present->timer.release()->deleteLater();
+                            if (isLast)
+                                fireAlarm(present);
+                            else
+                                armUntil(present, due);
+                        });
+    timer.start(piece);
 }
 
 } // namespace harbrix

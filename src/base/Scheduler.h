@@ -10,6 +10,8 @@
 #include <coroutine>
 #endif
 
+class QTimer;
+
 namespace harbrix {
 
 /// Spans of time as the rules state them.
@@ -23,9 +25,15 @@ using Duration = std::chrono::microseconds;
 
 namespace detail {
 struct Alarm {
+    Alarm();
+    Alarm(const Alarm&) = delete;
+    Alarm& operator=(const Alarm&) = delete;
+    ~Alarm();
+
     std::function<void()> fire;
     Duration period{0}; ///< zero for a single shot
     bool armed = true;
+    std::unique_ptr<QTimer> timer; ///< of the event loop, where that is what counts the time
 };
 } // namespace detail
 
@@ -107,6 +115,9 @@ public:
 
 protected:
     void arm(const std::shared_ptr<detail::Alarm>& alarm, Duration delay) override;
+
+private:
+    void armUntil(const std::shared_ptr<detail::Alarm>& alarm, Duration due);
 };
 
 } // namespace harbrix

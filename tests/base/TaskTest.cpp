@@ -199,6 +199,22 @@ TEST(ManualScheduler, PostedCallbacksRunInOrderBeforeTheClockMoves) {
     EXPECT_EQ(order, (QStringList{"first", "second", "alarm", "posted by alarm", "second alarm"}));
 }
 
+/// The cleanup of the cache every 30 days, or every 49.7, where 32 bits of milliseconds end.
+TEST(RealScheduler, WaitsLongerThanATimerOfTheEventLoopCan) {
+    RealScheduler scheduler;
+    int fired = 0;
+    std::vector<Timer> timers;
+    for (const double days : {24.9, 30.0, 49.8, 50.0, 1000.0})
+        timers.push_back(scheduler.every(Seconds(days * 86'400), [&] { ++fired; }));
+    bool isOver = false;
+    const Timer end = scheduler.after(Seconds(0.05), [&] { isOver = true; });
+    while (!isOver)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_EQ(fired, 0);
+    for (const Timer& timer : timers)
+        EXPECT_TRUE(timer.isActive());
+}
+
 TEST(RealScheduler, FiresAndForgetsCancelledTimers) {
     RealScheduler scheduler;
     QEventLoop loop;
