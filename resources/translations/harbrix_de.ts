@@ -867,6 +867,14 @@
         <translation>OK</translation>
     </message>
     <message>
+        <source>main.discardChanges</source>
+        <translation>Änderungen verwerfen</translation>
+    </message>
+    <message>
+        <source>main.edited</source>
+        <translation>Bearbeitet</translation>
+    </message>
+    <message>
         <source>main.notSaved</source>
         <translation>Änderungen lassen sich nicht speichern: %@. Beim Beenden von Harbrix gehen sie verloren.</translation>
     </message>

@@ -867,6 +867,14 @@
         <translation>OK</translation>
     </message>
     <message>
+        <source>main.discardChanges</source>
+        <translation>Discard Changes</translation>
+    </message>
+    <message>
+        <source>main.edited</source>
+        <translation>Edited</translation>
+    </message>
+    <message>
         <source>main.notSaved</source>
         <translation>Changes cannot be saved: %@. They are lost when Harbrix quits.</translation>
     </message>

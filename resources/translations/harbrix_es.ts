@@ -867,6 +867,14 @@
         <translation>Aceptar</translation>
     </message>
     <message>
+        <source>main.discardChanges</source>
+        <translation>Descartar cambios</translation>
+    </message>
+    <message>
+        <source>main.edited</source>
+        <translation>Editado</translation>
+    </message>
+    <message>
         <source>main.notSaved</source>
         <translation>No se pueden guardar los cambios: %@. Se perderán al salir de Harbrix.</translation>
     </message>

@@ -867,6 +867,14 @@
         <translation>OK</translation>
     </message>
     <message>
+        <source>main.discardChanges</source>
+        <translation>Ignorer les modifications</translation>
+    </message>
+    <message>
+        <source>main.edited</source>
+        <translation>Modifié</translation>
+    </message>
+    <message>
         <source>main.notSaved</source>
         <translation>Impossible d’enregistrer les modifications : %@. Elles seront perdues à la fermeture de Harbrix.</translation>
     </message>

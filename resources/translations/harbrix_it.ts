@@ -867,6 +867,14 @@
         <translation>OK</translation>
     </message>
     <message>
+        <source>main.discardChanges</source>
+        <translation>Scarta modifiche</translation>
+    </message>
+    <message>
+        <source>main.edited</source>
+        <translation>Modificato</translation>
+    </message>
+    <message>
         <source>main.notSaved</source>
         <translation>Impossibile salvare le modifiche: %@. Andranno perse alla chiusura di Harbrix.</translation>
     </message>

@@ -866,6 +866,14 @@
         <translation>OK</translation>
     </message>
     <message>
+        <source>main.discardChanges</source>
+        <translation>変更を破棄</translation>
+    </message>
+    <message>
+        <source>main.edited</source>
+        <translation>未保存</translation>
+    </message>
+    <message>
         <source>main.notSaved</source>
         <translation>変更を保存できません：%@。Harbrix を終了すると変更は失われます。</translation>
     </message>

@@ -866,6 +866,14 @@
         <translation>확인</translation>
     </message>
     <message>
+        <source>main.discardChanges</source>
+        <translation>변경 사항 버리기</translation>
+    </message>
+    <message>
+        <source>main.edited</source>
+        <translation>저장 안 됨</translation>
+    </message>
+    <message>
         <source>main.notSaved</source>
         <translation>변경 사항을 저장할 수 없습니다: %@. Harbrix를 종료하면 사라집니다.</translation>
     </message>

@@ -867,6 +867,14 @@
         <translation>OK</translation>
     </message>
     <message>
+        <source>main.discardChanges</source>
+        <translation>Descartar alterações</translation>
+    </message>
+    <message>
+        <source>main.edited</source>
+        <translation>Editado</translation>
+    </message>
+    <message>
         <source>main.notSaved</source>
         <translation>Não é possível salvar as alterações: %@. Elas serão perdidas ao sair do Harbrix.</translation>
     </message>

@@ -34,6 +34,7 @@
 #include "services/NotificationPreferences.h"
 #include "services/NotificationService.h"
 #include "services/UpdateManager.h"
+#include "ui/form/FormDrafts.h"
 
 #include <memory>
 
@@ -90,6 +91,7 @@ private:
     NotificationService m_notifications;
     AutoMountStrategy m_strategy;
     ShareSaver m_saver;
+    FormDrafts m_drafts;
     CacheManager m_cache;
     CacheDirectoryManager m_cacheDirectory;
     RecentFilesTracker m_recentFiles;

@@ -121,6 +121,8 @@ struct NASConfigDraft {
     QString customMountPoint;
     bool isEnabled = true;
     NASConfig::NetworkBindingConfig networkBinding;
+
+    bool operator==(const NASConfigDraft&) const = default;
 };
 
 /// A draft of what an existing record holds.

@@ -40,6 +40,8 @@ inline constexpr auto textCatalogue = std::to_array<CatalogueEntry>({
     {"main.about", "关于 Harbrix"},
     {"main.addNAS", "添加 NAS"},
     {"main.addNASTooltip", "添加新的 NAS 配置"},
+    {"main.discardChanges", "放弃未保存的更改"},
+    {"main.edited", "未保存"},
     {"main.emptyDetailHint", "从左侧列表选择已有配置，或点击上方按钮添加新的 NAS"},
     {"main.mountedFoldersTitle", "已挂载的文件夹"},
     {"main.nasList", "NAS 列表"},

@@ -13,6 +13,7 @@ class AutoMountStrategy;
 class CacheDirectoryManager;
 class CacheManager;
 class FileBrowserState;
+class FormDrafts;
 class LanguageManager;
 class LogManager;
 class LoginItem;
@@ -56,6 +57,7 @@ struct Environment {
     AutoMountStrategy& strategy;
     MountOperations& engine;
     ShareSaver& saver;
+    FormDrafts& drafts;
     /// Opens a folder in the file viewer, a page in the browser.
     std::function<void(const QUrl&)> openUrl;
     std::function<void()> checkForUpdates;

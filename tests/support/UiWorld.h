@@ -11,6 +11,7 @@
 #include "services/LogManager.h"
 #include "services/NotificationPreferences.h"
 #include "ui/Environment.h"
+#include "ui/form/FormDrafts.h"
 #include "ui/widgets/SymbolIcon.h"
 
 #include <QTemporaryDir>
@@ -26,6 +27,7 @@ public:
     Automation automation{directory.filePath("defaults.json")};
     LanguageManager language{automation.defaults};
     ShareSaver saver{automation.store, automation.keychain, automation.strategy};
+    FormDrafts drafts{automation.store};
     std::vector<QUrl> opened;
     int updateChecks = 0;
     CacheManager cache{automation.defaults, automation.scheduler, directory.filePath("caches")};
@@ -49,6 +51,7 @@ public:
             automation.strategy,
             automation.engine,
             saver,
+            drafts,
             [this](const QUrl& url) { opened.push_back(url); },
             [this] { ++updateChecks; },
             {browserState, otherCache, recentFiles, scheduler,

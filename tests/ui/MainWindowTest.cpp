@@ -85,6 +85,53 @@ TEST_F(MainWindowTest, AClickOnTheMountPointOpensItAndSelectsNothing) {
     EXPECT_FALSE(window.selectedConfigID());
 }
 
+TEST_F(MainWindowTest, WhatIsTypedSurvivesAnotherSelectionAddAndClosing) {
+    world.automation.add("First");
+    world.automation.add("Second");
+    MainWindowView& window = open();
+    const auto isEdited = [this] { return model().row(0).isEdited; };
+    const auto leaves =
+        std::vector<std::function<void()>>{[&] { clickRow(1); }, [&] { click("addNAS"); },
+                                           [&] { click("close"); }, [&] { window.close(); }};
+    for (const auto& leave : leaves) {
+        open();
+        clickRow(0);
+        EXPECT_FALSE(isEdited());
+        type("address", "nas.example");
+        EXPECT_TRUE(isEdited());
+        leave();
+        settle();
+        open();
+        clickRow(0);
+        EXPECT_EQ(find<QLineEdit>("address").text(), "nas.example");
+        EXPECT_TRUE(isEdited());
+        emit list().discardRequested(model().row(0).id);
+        EXPECT_EQ(find<QLineEdit>("address").text(), "192.0.2.10");
+    }
+    type("address", "nas.example");
+    click("save");
+    ASSERT_TRUE(waitForSave());
+    EXPECT_FALSE(isEdited());
+    EXPECT_EQ(world.automation.store.configs().front().address, "nas.example");
+}
+
+TEST_F(MainWindowTest, OnlyAPlainClickOnARowChangesWhichFormIsOpen) {
+    const NASConfig first = world.automation.add("First");
+    world.automation.add("Second");
+    MainWindowView& window = open();
+    clickRow(0);
+    const auto rowCentre = [this](int row) {
+        return list().visualRect(model().index(row)).topLeft() + QPoint(40, 12);
+    };
+    QTest::mouseClick(list().viewport(), Qt::RightButton, {}, rowCentre(1));
+    QTest::mouseClick(list().viewport(), Qt::LeftButton, Qt::ControlModifier, rowCentre(0));
+    QTest::mouseClick(list().viewport(), Qt::LeftButton, {},
+                      list().viewport()->rect().bottomLeft() - QPoint(-40, 4));
+    settle();
+    EXPECT_EQ(window.selectedConfigID(), first.id);
+    EXPECT_TRUE(list().selectionModel()->isSelected(model().index(0)));
+}
+
 TEST_F(MainWindowTest, ABarStaysWhileSettingsCannotBeSaved) {
     open();
     EXPECT_FALSE(find("notice").isVisible());

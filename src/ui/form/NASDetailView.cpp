@@ -8,6 +8,7 @@
 #include "services/LanguageManager.h"
 #include "services/Text.h"
 #include "ui/form/ActionBar.h"
+#include "ui/form/FormDrafts.h"
 #include "ui/form/NetworkBindingSection.h"
 #include "ui/form/ShareSections.h"
 #include "ui/widgets/SymbolIcon.h"
@@ -48,14 +49,30 @@ NASDetailView::NASDetailView(const Environment& environment,
     column->addWidget(m_actions);
     buildActions();
 
-    const NASConfigDraft draft = initialDraft(m_existingConfig);
+    load(initialDraft(m_existingConfig));
+    m_saved = currentDraft();
+    if (const auto draft =
+            m_existingConfig ? m_environment.drafts.draft(m_existingConfig->id) : std::nullopt)
+        load(*draft);
+    connectState();
+    retranslate();
+    showProtocol();
+    connectEdits();
+}
+
+void NASDetailView::load(const NASConfigDraft& draft) {
     m_basicInfo->load(draft);
     m_auth->load(draft);
     m_options->load(draft);
     m_binding->load(draft);
-    connectState();
-    retranslate();
+}
+
+void NASDetailView::discardChanges() {
+    if (!m_existingConfig)
+        return;
+    load(m_saved);
     showProtocol();
+    keepDraft();
 }
 
 QWidget* NASDetailView::buildForm() {
@@ -118,16 +135,40 @@ void NASDetailView::showStatus() {
     m_actions->setMountControl(mountControl(status));
 }
 
-NASConfig NASDetailView::buildConfig() const {
+void NASDetailView::connectEdits() {
+    for (const FormSection* section :
+         std::initializer_list<FormSection*>{m_basicInfo, m_auth, m_options, m_binding}) {
+        connect(section, &FormSection::edited, this, &NASDetailView::keepDraft);
+        connect(section, &FormSection::rowsChanged, this, &NASDetailView::keepDraft);
+    }
+}
+
+void NASDetailView::keepDraft() {
+    if (!m_existingConfig)
+        return;
+    const NASConfigDraft draft = currentDraft();
+    if (draft == m_saved)
+        m_environment.drafts.drop(m_existingConfig->id);
+    else
+        m_environment.drafts.keep(m_existingConfig->id, draft);
+}
+
+NASConfigDraft NASDetailView::currentDraft() const {
     NASConfigDraft draft;
     m_basicInfo->store(draft);
     m_auth->store(draft);
     m_options->store(draft);
     m_binding->store(draft);
-    return harbrix::buildConfig(draft, m_existingConfig);
+    return draft;
+}
+
+NASConfig NASDetailView::buildConfig() const {
+    return harbrix::buildConfig(currentDraft(), m_existingConfig);
 }
 
 void NASDetailView::save() {
+    m_saved = currentDraft();
+    keepDraft();
     m_environment.saver.save(buildConfig(), m_existingConfig ? ShareSaver::Target::ExistingRecord
                                                              : ShareSaver::Target::NewRecord);
 }

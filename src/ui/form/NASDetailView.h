@@ -31,15 +31,22 @@ public:
                   CloseHandler onClose, QWidget* parent = nullptr);
 
     void focusFirstField();
+    /// Shows what is saved; what was typed is lost.
+    void discardChanges();
 
 private:
     [[nodiscard]] QWidget* buildForm();
     void buildActions();
+    void load(const NASConfigDraft& draft);
     void connectState();
+    void connectEdits();
     void retranslate();
     void showProtocol();
     void showStatus();
+    [[nodiscard]] NASConfigDraft currentDraft() const;
     [[nodiscard]] NASConfig buildConfig() const;
+    /// Notes what is typed, so that it is there again when the form is.
+    void keepDraft();
     void save();
     void testConnection();
     Task<void> runTest(NASConfig config);
@@ -50,6 +57,7 @@ private:
 
     Environment m_environment;
     const std::optional<NASConfig> m_existingConfig;
+    NASConfigDraft m_saved; ///< what the form shows of the record as it is stored
     CloseHandler m_onClose;
     std::optional<NASConfig> m_pendingNetworkMismatchConfig;
 

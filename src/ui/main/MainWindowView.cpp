@@ -6,6 +6,7 @@
 #include "services/LanguageManager.h"
 #include "services/Text.h"
 #include "ui/about/AboutView.h"
+#include "ui/form/FormDrafts.h"
 #include "ui/form/NASDetailView.h"
 #include "ui/main/MountedFoldersView.h"
 #include "ui/main/ShareListView.h"
@@ -123,6 +124,7 @@ QWidget* MainWindowView::buildSidebar() {
                     setSelectedConfigID(m_model.row(current.row()).id);
             });
     connect(m_list, &ShareListView::openRequested, this, m_environment.openUrl);
+    connect(m_list, &ShareListView::discardRequested, this, &MainWindowView::discard);
     connect(m_list, &ShareListView::deleteRequested, this, &MainWindowView::remove);
 
     auto* shares = new QWidget;
@@ -167,6 +169,13 @@ void MainWindowView::remove(const QUuid& id) {
     m_environment.configStore.remove(id);
     if (m_selectedConfigID == id)
         setSelectedConfigID(std::nullopt);
+}
+
+void MainWindowView::discard(const QUuid& id) {
+    if (m_form && m_formID == id)
+        m_form->discardChanges();
+    else
+        m_environment.drafts.drop(id);
 }
 
 void MainWindowView::openAbout() {

@@ -41,6 +41,7 @@ private:
     [[nodiscard]] QWidget* buildSidebar();
     [[nodiscard]] QWidget* buildDetail();
     void add();
+    void discard(const QUuid& id);
     void remove(const QUuid& id);
     void openAbout();
     void showSettingsFault();

@@ -7,6 +7,7 @@
 #include "services/MountStateText.h"
 #include "services/Text.h"
 #include "ui/Environment.h"
+#include "ui/form/FormDrafts.h"
 #include "ui/main/MountPath.h"
 
 #include <algorithm>
@@ -29,6 +30,10 @@ ShareListModel::ShareListModel(const Environment& environment, QObject* parent)
     connect(&environment.configStore, &NASConfigStore::changed, this,
             &ShareListModel::followRecords);
     connect(&environment.appState, &AppStateManager::statusChanged, this, [this](const QUuid& id) {
+        if (const QModelIndex index = indexOf(id); index.isValid())
+            emit dataChanged(index, index);
+    });
+    connect(&environment.drafts, &FormDrafts::changed, this, [this](const QUuid& id) {
         if (const QModelIndex index = indexOf(id); index.isValid())
             emit dataChanged(index, index);
     });
@@ -64,7 +69,8 @@ QVariant ShareListModel::data(const QModelIndex& index, int role) const {
 ShareRow ShareListModel::row(int index) const {
     const NASConfig& config =
         m_environment.configStore.configs().at(static_cast<std::size_t>(index));
-    ShareRow row{config.id, config.name, config.address, {}, {}, {}};
+    ShareRow row{
+        config.id, config.name, config.address, {}, {}, {}, m_environment.drafts.has(config.id)};
     if (const auto status = m_environment.appState.status(config.id)) {
         row.state = status->mountState;
         if (row.state.kind() == MountState::Kind::mounted)
@@ -115,6 +121,8 @@ QString spokenText(const ShareRow& row) {
                       row.mountPoint ? shownPath(*row.mountPoint) : row.address};
     if (row.network)
         parts << text(statusTextKey(*row.network));
+    if (row.isEdited)
+        parts << text("main.edited");
     parts.removeAll(QString());
     return parts.join(QLatin1String(", "));
 }

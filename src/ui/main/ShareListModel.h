@@ -21,6 +21,7 @@ struct ShareRow {
     MountState state;
     std::optional<QUrl> mountPoint;            ///< while mounted
     std::optional<NetworkMatchResult> network; ///< of an enabled record
+    bool isEdited = false;                     ///< its form holds what is not saved
 };
 
 /// The records with what is known of them, in list order. Rows are worked out when they are asked

@@ -54,7 +54,19 @@ void ShareListView::mouseMoveEvent(QMouseEvent* event) {
     QListView::mouseMoveEvent(event);
 }
 
+QItemSelectionModel::SelectionFlags ShareListView::selectionCommand(const QModelIndex& index,
+                                                                    const QEvent* event) const {
+    // What is selected is the form that is open: neither Ctrl nor a click beside the rows takes
+    // the highlight off it.
+    if (!index.isValid())
+        return QItemSelectionModel::NoUpdate;
+    return event ? QItemSelectionModel::ClearAndSelect : QListView::selectionCommand(index, event);
+}
+
 void ShareListView::mousePressEvent(QMouseEvent* event) {
+    // The menu of a row is about that row; the form that is open stays.
+    if (event->button() == Qt::RightButton)
+        return;
     // A click on the link opens the folder and leaves the selection alone.
     m_linkIsPressed = event->button() == Qt::LeftButton && linkAt(event->pos());
     if (!m_linkIsPressed)
@@ -73,10 +85,17 @@ void ShareListView::contextMenuEvent(QContextMenuEvent* event) {
     const QModelIndex index = byKeyboard ? currentIndex() : indexAt(event->pos());
     if (!index.isValid())
         return;
-    const QUuid id = m_model.row(index.row()).id;
+    const ShareRow row = m_model.row(index.row());
+    const QUuid id = row.id;
     auto* menu = new QMenu(this);
     menu->setObjectName(QStringLiteral("shareMenu"));
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    if (row.isEdited) {
+        QAction* discard = menu->addAction(symbolIcon(QStringLiteral("arrow.clockwise")),
+                                           text("main.discardChanges"));
+        discard->setObjectName(QStringLiteral("discardChanges"));
+        connect(discard, &QAction::triggered, this, [this, id] { emit discardRequested(id); });
+    }
     QAction* action = menu->addAction(symbolIcon(QStringLiteral("trash")), text("common.delete"));
     action->setObjectName(QStringLiteral("deleteShare"));
     connect(action, &QAction::triggered, this, [this, id] { emit deleteRequested(id); });

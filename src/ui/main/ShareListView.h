@@ -21,6 +21,7 @@ public:
 
 signals:
     void openRequested(const QUrl& mountPoint);
+    void discardRequested(const QUuid& id);
     void deleteRequested(const QUuid& id);
 
 protected slots:
@@ -29,6 +30,8 @@ protected slots:
 protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    [[nodiscard]] QItemSelectionModel::SelectionFlags
+    selectionCommand(const QModelIndex& index, const QEvent* event) const override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;

@@ -80,7 +80,7 @@ public:
         StatusIndicator{share.state, dotSize}.paint(m_painter, dot.center(), m_option.palette,
                                                     phase);
         QRect name = layout.name;
-        if (needsWord(share.state))
+        if (needsWord(share.state) || share.isEdited)
             name.setRight(name.right() - paintWord(share, layout.name));
         drawText(name, share.name, TextRole::body, Tint::primary);
         if (share.mountPoint)
@@ -126,7 +126,8 @@ private:
             return of.horizontalAdvance(text) + 1;
         };
         const int besideName = line.width() - spacing::small - widthOf(nameMetrics, share.name);
-        QString word = accessibilityLabel(share.state);
+        QString word =
+            needsWord(share.state) ? accessibilityLabel(share.state) : text("main.edited");
         if (share.state.kind() == MountState::Kind::failed && widthOf(metrics, word) > besideName)
             word = text("status.failed");
         const int width =

@@ -6,6 +6,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractSpinBox>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
@@ -21,6 +22,16 @@ constexpr int labelGap = spacing::regular;
 constexpr int narrowestField = 168;
 constexpr int fieldPadding = 2 * spacing::medium; ///< more than a field has beside its text
 constexpr int rowSymbolSize = 16;
+
+/// The section tells when what the control holds has changed.
+void followEdits(QWidget* control, FormSection* section) {
+    if (const auto* field = qobject_cast<QLineEdit*>(control))
+        QObject::connect(field, &QLineEdit::textChanged, section, &FormSection::edited);
+    else if (const auto* picker = qobject_cast<QComboBox*>(control))
+        QObject::connect(picker, &QComboBox::currentIndexChanged, section, &FormSection::edited);
+    else if (const auto* button = qobject_cast<QAbstractButton*>(control))
+        QObject::connect(button, &QAbstractButton::toggled, section, &FormSection::edited);
+}
 
 bool standsAtTheEdge(const QWidget* control) {
     return qobject_cast<const QAbstractButton*>(control) ||
@@ -148,6 +159,7 @@ void FormSection::setTitle(const QString& title) {
 }
 
 FormRow* FormSection::addRow(QWidget* control) {
+    followEdits(control, this);
     auto* row = new FormRow(control);
     m_rows << row;
     m_card->addRow(row);

@@ -98,6 +98,8 @@ public:
 signals:
     /// Other rows are to be seen, or other texts.
     void rowsChanged();
+    /// The user or the program changed what a control of the section holds.
+    void edited();
 
 private:
     TextLabel* m_title;
